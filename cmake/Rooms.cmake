@@ -1,0 +1,49 @@
+# How a room of the house becomes a target. Every library target is made here, so that warnings,
+# visibility, versions and the installed header layout are the same everywhere.
+include(GNUInstallDirs)
+
+# All headers are installed below one versioned root, so that no generic folder name lands in a shared one.
+set(DATABASE_ENTRY_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}/database_entry-${PROJECT_VERSION_MAJOR}")
+
+# The warnings of our own targets, private to them.
+function(room_warnings target)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+    $<$<CXX_COMPILER_ID:Clang>:-Wimplicit-fallthrough -Wnon-virtual-dtor -Woverloaded-virtual -Wthread-safety>)
+endfunction()
+
+# room_library(NAME INCLUDE_ROOT DIR [USES target...])
+# A library `database_entry::NAME`; its file is named libdatabase_entry_NAME (or libdatabase_entry itself).
+function(room_library name)
+  cmake_parse_arguments(PARSE_ARGV 1 ROOM "" "INCLUDE_ROOT" "USES")
+  if(name STREQUAL "database_entry")
+    set(target database_entry)
+  else()
+    set(target database_entry_${name})
+  endif()
+  add_library(${target})
+  add_library(database_entry::${name} ALIAS ${target})
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  target_link_libraries(${target} PUBLIC ${ROOM_USES})
+  target_include_directories(${target} PUBLIC
+    $<BUILD_INTERFACE:${ROOM_INCLUDE_ROOT}> $<INSTALL_INTERFACE:${DATABASE_ENTRY_INCLUDEDIR}>)
+  set_target_properties(${target} PROPERTIES
+    EXPORT_NAME ${name}
+    LINKER_LANGUAGE CXX
+    CXX_EXTENSIONS OFF
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON
+    POSITION_INDEPENDENT_CODE ON
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}
+    VERIFY_INTERFACE_HEADER_SETS ON)
+  room_warnings(${target})
+  set_property(GLOBAL APPEND PROPERTY DATABASE_ENTRY_LIBRARIES ${target})
+endfunction()
+
+# room_files(TARGET BASE_DIR DIR HEADERS file... SOURCES file...)
+# Adds files of the current folder: headers are public and installed, sources are private.
+function(room_files target)
+  cmake_parse_arguments(PARSE_ARGV 1 ROOM "" "BASE_DIR" "HEADERS;SOURCES")
+  target_sources(${target} PRIVATE ${ROOM_SOURCES})
+  target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${ROOM_BASE_DIR} FILES ${ROOM_HEADERS})
+endfunction()

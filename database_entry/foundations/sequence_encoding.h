@@ -1,0 +1,39 @@
+// Lists among the fields of a record: the count, then each element.
+// Internal: callers want foundations/archive_encodings.h.
+#pragma once
+
+#include <utilities/field_list.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace sequence_encoding {
+
+// A count is a stranger's claim. Up to this many elements it is believed at once, as a plain resize; beyond,
+// the list grows only as fast as elements really come, so that memory stays in proportion to the bytes read.
+inline constexpr std::size_t believed_count = 1024;
+
+// Brings `list` to `count` elements and calls read_element on each in order. Existing elements are kept for
+// read_element to overwrite, the surplus is removed.
+template <class Element, class ReadElement>
+void read_elements(std::vector<Element>& list, std::size_t count, const ReadElement& read_element) {
+  list.resize(std::min(count, std::max(list.size(), believed_count)));
+  for (std::size_t index = 0; index < count; ++index) {
+    if (index == list.size()) list.resize(std::min(count, 2 * index));
+    read_element(list[index]);
+  }
+}
+
+}  // namespace sequence_encoding
+
+template <class Element>
+void write_field(WriteCursor& cursor, const std::vector<Element>& list) {
+  cursor.count(list.size(), "count");
+  for (const Element& element : list) write_field(cursor, element);
+}
+
+template <class Element>
+void read_field(ReadCursor& cursor, std::vector<Element>& list) {
+  const auto count = static_cast<std::size_t>(cursor.count("count"));
+  sequence_encoding::read_elements(list, count, [&cursor](Element& element) { read_field(cursor, element); });
+}

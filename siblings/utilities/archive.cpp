@@ -1,0 +1,54 @@
+#include <utilities/archive.h>
+#include <utilities/stream_cursor.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace {
+
+template <class T>
+Archive& write_scalar(Archive& archive, T value) {
+  WriteCursor(archive).write(value);
+  return archive;
+}
+
+template <class T>
+Archive& read_scalar(Archive& archive, T& value) {
+  ReadCursor(archive).read(value);
+  return archive;
+}
+
+}  // namespace
+
+Archive::Archive(FILE* stream) : stream_(stream) {}
+
+Archive& Archive::operator<<(int value) {
+  return write_scalar(*this, value);
+}
+Archive& Archive::operator<<(unsigned int value) {
+  return write_scalar(*this, value);
+}
+Archive& Archive::operator<<(bool value) {
+  return write_scalar(*this, value);
+}
+Archive& Archive::operator<<(double value) {
+  return write_scalar(*this, value);
+}
+
+Archive& Archive::operator>>(int& value) {
+  return read_scalar(*this, value);
+}
+Archive& Archive::operator>>(bool& value) {
+  return read_scalar(*this, value);
+}
+Archive& Archive::operator>>(double& value) {
+  return read_scalar(*this, value);
+}
+
+void Archive::flush() {
+  errno = 0;
+  if (std::fflush(stream_) == 0 && std::ferror(stream_) == 0) return;
+  const std::string reason =
+      errno == 0 ? "an earlier write was lost" : std::generic_category().message(errno);
+  throw ArchiveError("Archive: the stream has failed: " + reason);
+}

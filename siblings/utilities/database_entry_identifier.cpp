@@ -1,0 +1,16 @@
+#include <utilities/database_entry_identifier.h>
+#include <utilities/field_list.h>
+
+#include <ostream>
+
+void DatabaseEntryIdentifier::write(Archive& archive) const {
+  write_fields(archive, text_);
+}
+
+void DatabaseEntryIdentifier::read(Archive& archive) {
+  read_fields(archive, text_);
+}
+
+void DatabaseEntryIdentifier::print(std::ostream& os) const {
+  os << text_;
+}

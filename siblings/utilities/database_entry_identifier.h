@@ -1,0 +1,33 @@
+// The identifier of an entry: any text, kept as it came.
+//
+// Bytes: a string. Prints its text and nothing else.
+#pragma once
+
+#include <utilities/archive.h>
+#include <utilities/export.h>
+
+#include <compare>
+#include <iosfwd>
+#include <string>
+
+class UTILITIES_EXPORT DatabaseEntryIdentifier {
+ public:
+  // An empty text.
+  DatabaseEntryIdentifier() = default;
+  explicit DatabaseEntryIdentifier(const std::string& text) : text_(text) {}
+
+  [[nodiscard]] const std::string& text() const& { return text_; }
+  const std::string& text() const&& = delete;
+
+  void write(Archive& archive) const;
+  void read(Archive& archive);
+  void print(std::ostream& os) const;
+
+  // Byte by byte, as unsigned characters.
+  friend bool operator==(const DatabaseEntryIdentifier&, const DatabaseEntryIdentifier&) = default;
+  friend std::strong_ordering operator<=>(const DatabaseEntryIdentifier&,
+                                          const DatabaseEntryIdentifier&) = default;
+
+ private:
+  std::string text_;
+};

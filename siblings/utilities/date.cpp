@@ -1,0 +1,47 @@
+#include <utilities/date.h>
+#include <utilities/field_list.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <ostream>
+
+namespace {
+
+bool is_day(int year, int month, int day) {
+  if (std::abs(static_cast<long long>(year)) > static_cast<int>(std::chrono::year::max()) || month < 1 ||
+      month > 12 || day < 1 || day > 31) {
+    return false;
+  }
+  return std::chrono::year_month_day(std::chrono::year(year),
+                                     std::chrono::month(static_cast<unsigned>(month)),
+                                     std::chrono::day(static_cast<unsigned>(day)))
+      .ok();
+}
+
+}  // namespace
+
+Date::Date(int year, int month, int day) : year_(year), month_(month), day_(day) {
+  if (!is_day(year, month, day)) {
+    throw std::invalid_argument("Invalid Date: year " + std::to_string(year) + ", month " +
+                                std::to_string(month) + ", day " + std::to_string(day) +
+                                " is no day of the calendar");
+  }
+}
+
+void Date::write(Archive& archive) const {
+  write_fields(archive, year_, month_, day_);
+}
+
+void Date::read(Archive& archive) {
+  int year = 0;
+  int month = 0;
+  int day = 0;
+  read_fields(archive, year, month, day);
+  *this = year == 0 && month == 0 && day == 0 ? Date() : Date(year, month, day);
+}
+
+void Date::print(std::ostream& os) const {
+  char text[48];
+  std::snprintf(text, sizeof text, "%s%04d-%02d-%02d", year_ < 0 ? "-" : "", std::abs(year_), month_, day_);
+  os << text;
+}

@@ -1,0 +1,102 @@
+#include <sys/types.h>
+#include <utilities/stream_cursor.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <system_error>
+
+namespace stream_cursor {
+namespace {
+
+// A signal may end a read before its first byte; then nothing was lost and the read is tried again. The bound
+// keeps a stream that is always interrupted from holding the caller for ever.
+constexpr int most_interruptions = 100;
+
+// fread until `count` bytes came, the stream ended or failed. Gives the number of bytes that came.
+std::size_t read_whole(FILE* stream, char* into, std::size_t count) {
+  std::size_t got = 0;
+  for (int interruptions = 0; got < count && interruptions < most_interruptions; ++interruptions) {
+    const bool had_failed = std::ferror(stream) != 0;
+    errno = 0;
+    got += stream_window::read_some(stream, into + got, count - got);
+    if (got == count || had_failed || std::ferror(stream) == 0 || errno != EINTR) break;
+    std::clearerr(stream);
+  }
+  return got;
+}
+
+std::string place(const Archive& archive, std::size_t bytes_since) {
+  std::string text;
+  const off_t position = ftello(archive.stream());
+  if (position >= static_cast<off_t>(bytes_since)) {
+    text += " at offset " + std::to_string(position - static_cast<off_t>(bytes_since));
+  }
+  if (archive.component() != nullptr) {
+    text += " (";
+    text += archive.component();
+    text += ")";
+  }
+  return text;
+}
+
+std::string reason(int error) {
+  return error == 0 ? std::string() : ": " + std::generic_category().message(error);
+}
+
+// The first allocation for a text whose bytes have not been seen: its length may be a lie.
+constexpr std::size_t first_chunk = 64 * 1024;
+
+}  // namespace
+
+stream_window::Unread read_scalar(const Archive& archive, const char* next, char* into, std::size_t count,
+                                  const char* wanted) {
+  FILE* stream = archive.stream();
+  if (next != nullptr) stream_window::set_unread(stream, next);
+  const std::size_t got = read_whole(stream, into, count);
+  if (got < count) {
+    const int error = std::feof(stream) != 0 ? 0 : errno;
+    throw ArchiveError((error == 0 ? "Archive: end of the stream while reading " : "Archive: cannot read ") +
+                       std::string(wanted) + place(archive, got) + reason(error));
+  }
+  return stream_window::unread(stream);
+}
+
+stream_window::Unread read_text(FILE* stream, const char* next, std::string& text, std::size_t length) {
+  if (next != nullptr) stream_window::set_unread(stream, next);
+  std::string bytes;
+  std::size_t got = 0;
+  while (got < length) {
+    // Never more room than twice what has come, so that a false length costs nothing.
+    bytes.resize(std::min(length, std::max(first_chunk, 2 * got)));
+    const std::size_t came = read_whole(stream, bytes.data() + got, bytes.size() - got);
+    got += came;
+    if (got < bytes.size()) break;
+  }
+  text.assign(bytes.data(), strnlen(bytes.data(), got));
+  return stream_window::unread(stream);
+}
+
+stream_window::Room write_bytes(const Archive& archive, char* next, const char* from, std::size_t count,
+                                const char* wanted) {
+  FILE* stream = archive.stream();
+  if (next != nullptr) stream_window::set_room(stream, next);
+  errno = 0;
+  const std::size_t put = stream_window::write_some(stream, from, count);
+  if (put < count && wanted != nullptr) {
+    const int error = errno;
+    throw ArchiveError("Archive: cannot write " + std::string(wanted) + place(archive, 0) + reason(error));
+  }
+  return stream_window::room(stream);
+}
+
+void negative(const Archive& archive, const char* what, int value) {
+  throw ArchiveError("Archive: negative " + std::string(what) + " " + std::to_string(value) +
+                     place(archive, sizeof value));
+}
+
+void too_long(const Archive& archive, const char* what, std::size_t value) {
+  throw ArchiveError("Archive: the " + std::string(what) + " " + std::to_string(value) +
+                     " is above 2147483647 and could not be read back" + place(archive, 0));
+}
+
+}  // namespace stream_cursor
