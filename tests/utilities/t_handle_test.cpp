@@ -1,0 +1,136 @@
+#include <gtest/gtest.h>
+#include <utilities/t_handle.h>
+
+#include <type_traits>
+#include <vector>
+
+#include "support/bytes.h"
+
+namespace {
+
+// Counts how many of its kind are alive.
+struct Counted {
+  explicit Counted(int& alive) : alive_(alive) { ++alive_; }
+  Counted(const Counted&) = delete;
+  virtual ~Counted() { --alive_; }
+  int& alive_;
+};
+struct Derived : Counted {
+  Derived(int& alive, bool& gone) : Counted(alive), gone_(gone) {}
+  ~Derived() override { gone_ = true; }
+  bool& gone_;
+};
+
+struct Node {
+  THandle<Node> next;
+};
+
+TEST(THandle, OwnsACountAlsoWhenItIsNull) {
+  const THandle<int> null;
+  EXPECT_TRUE(null.is_null());
+  EXPECT_EQ(null.get(), nullptr);
+  EXPECT_EQ(null.use_count(), 1);
+}
+
+TEST(THandle, SharesItsTargetAndItsCountWithItsCopies) {
+  const THandle<int> handle(new int(7));
+  {
+    const THandle<int> copy = handle;
+    EXPECT_EQ(copy.get(), handle.get());
+    EXPECT_EQ(handle.use_count(), 2);
+  }
+  EXPECT_EQ(handle.use_count(), 1);
+}
+
+TEST(THandle, CopiesOfANullHandleShareItsCountToo) {
+  const THandle<int> null;
+  const THandle<int> copy = null;
+  EXPECT_EQ(null.use_count(), 2);
+}
+
+TEST(THandle, DestroysItsTargetWithTheLastHandle) {
+  int alive = 0;
+  {
+    const THandle<Counted> first(new Counted(alive));
+    const THandle<Counted> second = first;
+    EXPECT_EQ(alive, 1);
+  }
+  EXPECT_EQ(alive, 0);
+}
+
+TEST(THandle, DestroysThroughTheVirtualDestructor) {
+  int alive = 0;
+  bool derived_gone = false;
+  { const THandle<Counted> handle(new Derived(alive, derived_gone)); }
+  EXPECT_TRUE(derived_gone);
+}
+
+TEST(THandle, AssignmentLetsGoOfTheOldTargetAndSharesTheNewOne) {
+  int alive = 0;
+  THandle<Counted> handle(new Counted(alive));
+  const THandle<Counted> other(new Counted(alive));
+  handle = other;
+  EXPECT_EQ(alive, 1);
+  EXPECT_EQ(handle.get(), other.get());
+  EXPECT_EQ(other.use_count(), 2);
+}
+
+TEST(THandle, AssignmentOfTheSameTargetChangesNoCount) {
+  THandle<int> handle(new int(1));
+  const THandle<int> copy = handle;
+  handle = copy;
+  EXPECT_EQ(handle.use_count(), 2);
+}
+
+TEST(THandle, AssignmentOfNullToNullKeepsBothCounts) {
+  THandle<int> null;
+  const THandle<int> other;
+  const THandle<int> other_copy = other;
+  null = other;
+  EXPECT_EQ(null.use_count(), 1);
+  EXPECT_EQ(other.use_count(), 2);
+}
+
+TEST(THandle, AssignmentToItselfIsHarmless) {
+  THandle<int> handle(new int(5));
+  const THandle<int>& same = handle;
+  handle = same;
+  EXPECT_EQ(*handle, 5);
+  EXPECT_EQ(handle.use_count(), 1);
+}
+
+TEST(THandle, MayBeAssignedFromInsideTheTargetThatGoes) {
+  THandle<Node> list(new Node);
+  list->next = THandle<Node>(new Node);
+  const Node* const second = list->next.get();
+  list = list->next;
+  EXPECT_EQ(list.get(), second);
+  EXPECT_EQ(list.use_count(), 1);
+}
+
+TEST(THandle, ThrowsWhenANullHandleIsDereferenced) {
+  const THandle<Counted> null;
+  EXPECT_EQ(message_of<NullHandleError>([&] { static_cast<void>(*null); }), "Null handle");
+  EXPECT_EQ(message_of<NullHandleError>([&] { static_cast<void>(null->alive_); }), "Null handle");
+  EXPECT_THROW(THandleCommon::null_handle_error(), std::logic_error);
+}
+
+TEST(THandle, ComparesTheObjectNotItsValue) {
+  const THandle<int> one(new int(1));
+  const THandle<int> equal_value(new int(1));
+  const THandle<int> copy = one;
+  EXPECT_TRUE(one != equal_value);
+  EXPECT_FALSE(one == equal_value);
+  EXPECT_TRUE(one == copy);
+  EXPECT_FALSE(one != copy);
+  EXPECT_TRUE(THandle<int>() == THandle<int>());
+}
+
+TEST(THandle, IsNeverMadeFromAPointerByAccident) {
+  static_assert(!std::is_convertible_v<int*, THandle<int>>);
+  static_assert(std::is_nothrow_copy_constructible_v<THandle<int>>);
+  static_assert(sizeof(THandle<int>) == 2 * sizeof(void*));
+  SUCCEED();
+}
+
+}  // namespace

@@ -1,0 +1,29 @@
+#include <gtest/gtest.h>
+#include <utilities/trim.h>
+
+namespace {
+
+struct TrimCase {
+  const char* text;
+  const char* characters;
+  const char* trimmed;
+  const char* reason;
+};
+
+TEST(Trim, CutsTheCharactersOfTheSetAtBothEndsOnly) {
+  const TrimCase cases[] = {
+      {"", " \t", "", "nothing to cut"},
+      {" \t ", " \t", "", "nothing but the set"},
+      {" a b\t", " \t", "a b", "the inside stays"},
+      {"\na ", " \t", "\na", "a line feed is not in the set"},
+      {"abc", "", "abc", "an empty set cuts nothing"},
+      {"xxaxx", "x", "a", "any set"},
+  };
+  for (const TrimCase& c : cases) EXPECT_EQ(trim(c.text, c.characters), c.trimmed) << c.reason;
+}
+
+TEST(Trim, TreatsANulAsAnyOtherCharacter) {
+  EXPECT_EQ(trim(std::string(" \0 ", 3), " "), std::string("\0", 1));
+}
+
+}  // namespace
