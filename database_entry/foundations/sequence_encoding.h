@@ -27,13 +27,14 @@ void read_elements(std::vector<Element>& list, std::size_t count, const ReadElem
 }  // namespace sequence_encoding
 
 template <class Element>
-void write_field(WriteCursor& cursor, const std::vector<Element>& list) {
-  cursor.count(list.size(), "count");
-  for (const Element& element : list) write_field(cursor, element);
-}
-
-template <class Element>
-void read_field(ReadCursor& cursor, std::vector<Element>& list) {
-  const auto count = static_cast<std::size_t>(cursor.count("count"));
-  sequence_encoding::read_elements(list, count, [&cursor](Element& element) { read_field(cursor, element); });
-}
+struct CountedField<std::vector<Element>> {
+  static constexpr const char* count_name = "count";
+  static std::size_t count(const std::vector<Element>& list) { return list.size(); }
+  static void write(WriteCursor& cursor, const std::vector<Element>& list) {
+    for (const Element& element : list) field_list::write_from(cursor, std::tie(element));
+  }
+  static void read(ReadCursor& cursor, std::vector<Element>& list, std::size_t count) {
+    sequence_encoding::read_elements(
+        list, count, [&cursor](Element& element) { field_list::read_from(cursor, std::tie(element)); });
+  }
+};

@@ -8,13 +8,13 @@ namespace {
 
 template <class T>
 Archive& write_scalar(Archive& archive, T value) {
-  WriteCursor(archive).write(value);
+  WriteCursor(archive).write_run(value);
   return archive;
 }
 
 template <class T>
 Archive& read_scalar(Archive& archive, T& value) {
-  ReadCursor(archive).read(value);
+  ReadCursor(archive).read_run(value);
   return archive;
 }
 

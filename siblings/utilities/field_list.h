@@ -4,63 +4,132 @@
 //   write_fields(archive, z, z_prime, color);
 //   read_fields(archive, z, z_prime, color);
 //
-// Fields may be scalars, enumerations (archived as int, not checked), texts, and classes that have write and
-// read operations of their own; foundations/sequence_encoding.h adds lists. Each field is stored before the
-// next one is read, so a failure leaves the fields before it with their new values and the ones after it
-// untouched.
+// Fields may be scalars, enumerations (archived as int, not checked), texts, lists (sequence_encoding.h), and
+// classes that have write and read operations of their own. Each field is stored before the next one is read,
+// so a failure leaves the fields before it with their new values and the ones after it untouched.
+//
+// Scalars that stand side by side, and the count that heads the text or list behind them, make up one run:
+// they are fetched together, and told apart only when they do not all come.
 #pragma once
 
 #include <utilities/stream_cursor.h>
 
 #include <tuple>
+#include <utility>
 
+// A field that stands on the stream as a count and then its contents. Specialised with: count_name, as errors
+// call it; count(field); write(cursor, field) and read(cursor, field, count) for the contents.
 template <class T>
-concept ArchivedClass = requires(const T& written, T& read, Archive& archive) {
-  written.write(archive);
-  read.read(archive);
+struct CountedField;
+
+template <>
+struct CountedField<std::string> {
+  static constexpr const char* count_name = "length";
+  static std::size_t count(const std::string& text) { return text.size(); }
+  static void write(WriteCursor& cursor, const std::string& text) { cursor.write_text(text); }
+  static void read(ReadCursor& cursor, std::string& text, std::size_t length) {
+    cursor.read_text(text, length);
+  }
 };
 
-template <class T>
-requires(stream_cursor::Scalar<T> || stream_cursor::Enumeration<T> ||
-         std::same_as<T, std::string>) void write_field(WriteCursor& cursor, const T& value) {
-  cursor.write(value);
-}
+namespace field_list {
 
 template <class T>
-requires(stream_cursor::Scalar<T> || stream_cursor::Enumeration<T> ||
-         std::same_as<T, std::string>) void read_field(ReadCursor& cursor, T& value) {
-  cursor.read(value);
+concept Counted = requires {
+  CountedField<T>::count_name;
+};
+
+template <class Fields, std::size_t Index>
+using Field = std::remove_cvref_t<std::tuple_element_t<Index, Fields>>;
+
+// The index behind the scalars that stand side by side from `First` on.
+template <class Fields, std::size_t First>
+constexpr std::size_t end_of_scalars() {
+  if constexpr (First < std::tuple_size_v<Fields>) {
+    if constexpr (stream_cursor::Scalar<Field<Fields, First>>) return end_of_scalars<Fields, First + 1>();
+  }
+  return First;
 }
 
-template <ArchivedClass T>
-void write_field(WriteCursor& cursor, const T& value) {
-  cursor.detached([&value](Archive& archive) { value.write(archive); });
+// Calls `action` with the fields First, First + 1, ... as many as there are indices.
+template <std::size_t First, class Fields, std::size_t... Indices, class Action>
+void with_fields(const Fields& fields, std::index_sequence<Indices...>, const Action& action) {
+  action(std::get<First + Indices>(fields)...);
 }
 
-template <ArchivedClass T>
-void read_field(ReadCursor& cursor, T& value) {
-  cursor.detached([&value](Archive& archive) { value.read(archive); });
+template <std::size_t First = 0, class... Types>
+void write_from(WriteCursor& cursor, const std::tuple<Types...>& fields) {
+  using Fields = std::tuple<Types...>;
+  if constexpr (First < sizeof...(Types)) {
+    constexpr std::size_t behind = end_of_scalars<Fields, First>();
+    constexpr auto run = std::make_index_sequence<behind - First>();
+    if constexpr (behind < sizeof...(Types)) {
+      const auto& next = std::get<behind>(fields);
+      if constexpr (Counted<Field<Fields, behind>>) {
+        using Contents = CountedField<Field<Fields, behind>>;
+        const unsigned int count = cursor.checked_count(Contents::count(next), Contents::count_name);
+        with_fields<First>(fields, run, [&](const auto&... scalars) { cursor.write_run(scalars..., count); });
+        Contents::write(cursor, next);
+      } else {
+        if constexpr (behind > First) {
+          with_fields<First>(fields, run, [&](const auto&... scalars) { cursor.write_run(scalars...); });
+        }
+        cursor.detached([&next](Archive& archive) { next.write(archive); });
+      }
+      write_from<behind + 1>(cursor, fields);
+    } else {
+      with_fields<First>(fields, run, [&](const auto&... scalars) { cursor.write_run(scalars...); });
+    }
+  }
 }
 
-template <class... Fields>
-void write_fields(Archive& archive, const Fields&... fields) {
-  WriteCursor cursor(archive);
-  (write_field(cursor, fields), ...);
+template <std::size_t First = 0, class... Types>
+void read_from(ReadCursor& cursor, const std::tuple<Types...>& fields) {
+  using Fields = std::tuple<Types...>;
+  if constexpr (First < sizeof...(Types)) {
+    constexpr std::size_t behind = end_of_scalars<Fields, First>();
+    constexpr auto run = std::make_index_sequence<behind - First>();
+    if constexpr (behind < sizeof...(Types)) {
+      auto& next = std::get<behind>(fields);
+      if constexpr (Counted<Field<Fields, behind>>) {
+        using Contents = CountedField<Field<Fields, behind>>;
+        int count = 0;
+        with_fields<First>(fields, run, [&](auto&... scalars) { cursor.read_run(scalars..., count); });
+        Contents::read(cursor, next, cursor.checked_count(count, Contents::count_name));
+      } else {
+        if constexpr (behind > First) {
+          with_fields<First>(fields, run, [&](auto&... scalars) { cursor.read_run(scalars...); });
+        }
+        cursor.detached([&next](Archive& archive) { next.read(archive); });
+      }
+      read_from<behind + 1>(cursor, fields);
+    } else {
+      with_fields<First>(fields, run, [&](auto&... scalars) { cursor.read_run(scalars...); });
+    }
+  }
 }
 
-template <class... Fields>
-void read_fields(Archive& archive, Fields&... fields) {
-  ReadCursor cursor(archive);
-  (read_field(cursor, fields), ...);
-}
+}  // namespace field_list
 
-// The same for a record's own list, a std::tie of its fields.
+// Both take a record's own list, a std::tie of its fields, or the fields one by one.
 template <class... Fields>
 void write_fields(Archive& archive, const std::tuple<Fields&...>& fields) {
-  std::apply([&archive](const auto&... each) { write_fields(archive, each...); }, fields);
+  WriteCursor cursor(archive);
+  field_list::write_from(cursor, fields);
 }
 
 template <class... Fields>
 void read_fields(Archive& archive, const std::tuple<Fields&...>& fields) {
-  std::apply([&archive](auto&... each) { read_fields(archive, each...); }, fields);
+  ReadCursor cursor(archive);
+  field_list::read_from(cursor, fields);
+}
+
+template <class... Fields>
+void write_fields(Archive& archive, const Fields&... fields) {
+  write_fields(archive, std::tie(fields...));
+}
+
+template <class... Fields>
+void read_fields(Archive& archive, Fields&... fields) {
+  read_fields(archive, std::tie(fields...));
 }

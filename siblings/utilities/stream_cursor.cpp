@@ -48,20 +48,24 @@ constexpr std::size_t first_chunk = 64 * 1024;
 
 }  // namespace
 
-stream_window::Unread read_scalar(const Archive& archive, const char* next, char* into, std::size_t count,
-                                  const char* wanted) {
-  FILE* stream = archive.stream();
+Read read_across(FILE* stream, const char* next, char* into, std::size_t size) {
   if (next != nullptr) stream_window::set_unread(stream, next);
-  const std::size_t got = read_whole(stream, into, count);
-  if (got < count) {
-    const int error = std::feof(stream) != 0 ? 0 : errno;
-    throw ArchiveError((error == 0 ? "Archive: end of the stream while reading " : "Archive: cannot read ") +
-                       std::string(wanted) + place(archive, got) + reason(error));
-  }
-  return stream_window::unread(stream);
+  const std::size_t got = read_whole(stream, into, size);
+  const int error = got == size || std::feof(stream) != 0 ? 0 : errno;
+  return {stream_window::unread(stream), got, error};
 }
 
-stream_window::Unread read_text(FILE* stream, const char* next, std::string& text, std::size_t length) {
+void run_cut_short(const Archive& archive, const Run& run, const Read& read) {
+  const Item* item = run.items;
+  std::size_t left = read.got;
+  for (; left >= item->size; ++item) left -= item->size;
+  throw ArchiveError(
+      (read.error == 0 ? "Archive: end of the stream while reading " : "Archive: cannot read ") +
+      std::string(item->name) + place(archive, left) + reason(read.error));
+}
+
+stream_window::Unread read_text_across(FILE* stream, const char* next, std::string& text,
+                                       std::size_t length) {
   if (next != nullptr) stream_window::set_unread(stream, next);
   std::string bytes;
   std::size_t got = 0;
@@ -76,16 +80,26 @@ stream_window::Unread read_text(FILE* stream, const char* next, std::string& tex
   return stream_window::unread(stream);
 }
 
-stream_window::Room write_bytes(const Archive& archive, char* next, const char* from, std::size_t count,
-                                const char* wanted) {
+stream_window::Room write_across(const Archive& archive, char* next, const char* from, const Run& run) {
   FILE* stream = archive.stream();
   if (next != nullptr) stream_window::set_room(stream, next);
+  std::size_t size = 0;
+  for (std::size_t index = 0; index < run.count; ++index) size += run.items[index].size;
   errno = 0;
-  const std::size_t put = stream_window::write_some(stream, from, count);
-  if (put < count && wanted != nullptr) {
+  std::size_t put = stream_window::write_some(stream, from, size);
+  if (put < size) {
     const int error = errno;
-    throw ArchiveError("Archive: cannot write " + std::string(wanted) + place(archive, 0) + reason(error));
+    const Item* item = run.items;
+    for (; put >= item->size; ++item) put -= item->size;
+    throw ArchiveError("Archive: cannot write " + std::string(item->name) + place(archive, put) +
+                       reason(error));
   }
+  return stream_window::room(stream);
+}
+
+stream_window::Room write_text_across(FILE* stream, char* next, const std::string& text) {
+  if (next != nullptr) stream_window::set_room(stream, next);
+  stream_window::write_some(stream, text.data(), text.size());
   return stream_window::room(stream);
 }
 

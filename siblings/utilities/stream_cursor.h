@@ -1,10 +1,13 @@
 // Reads and writes the fields of one component with the stream's position held in registers.
 // Internal: callers want utilities/archive.h.
 //
+//   int length = 0;
 //   ReadCursor cursor(archive);
-//   cursor.read(a_);          // int, bool, double, an enumeration, std::string
-//   cursor.read(text_);
-//   cursor.detached([&] { date_.read(archive); });
+//   cursor.read_run(z, z_prime, length);     // int, bool, double, enumerations
+//   cursor.read_text(color, cursor.checked_count(length, "length"));
+//   cursor.detached([&](Archive& whole) { date.read(whole); });
+//
+// field_list.h cuts any list of fields into such steps.
 //
 // An entry is read by the million, and most of that time would go into storing and loading the position of
 // the stream. A cursor takes the position once, moves it in a local variable, and puts it back when it goes,
@@ -19,6 +22,7 @@
 #include <utilities/archive.h>
 #include <utilities/stream_window.h>
 
+#include <algorithm>
 #include <bit>
 #include <concepts>
 #include <cstdint>
@@ -53,12 +57,17 @@ struct Wire<double> {
 };
 
 template <class T>
+concept Enumeration = std::is_enum_v<T> && std::same_as<std::underlying_type_t<T>, std::int32_t>;
+
+// The wire of an enumeration is that of the int it is archived as; whether the value names a member is the
+// record's to check.
+template <Enumeration T>
+struct Wire<T> : Wire<std::int32_t> {};
+
+template <class T>
 concept Scalar = requires {
   typename Wire<T>::type;
 };
-
-template <class T>
-concept Enumeration = std::is_enum_v<T> && std::same_as<std::underlying_type_t<T>, std::int32_t>;
 
 template <class Unsigned>
 constexpr Unsigned little_endian(Unsigned value) {
@@ -73,40 +82,114 @@ constexpr Unsigned little_endian(Unsigned value) {
   }
 }
 
-template <Scalar T>
+template <class T>
 T decode(const char* bytes) {
   typename Wire<T>::type wire;
   std::memcpy(&wire, bytes, sizeof wire);
   wire = little_endian(wire);
   if constexpr (std::same_as<T, bool>) {
     return wire != 0;
+  } else if constexpr (std::is_enum_v<T>) {
+    return static_cast<T>(std::bit_cast<std::int32_t>(wire));
   } else {
     return std::bit_cast<T>(wire);
   }
 }
 
-template <Scalar T>
+template <class T>
 auto encode(T value) {
   using Unsigned = typename Wire<T>::type;
   if constexpr (std::same_as<T, bool>) {
     return static_cast<Unsigned>(value ? 1 : 0);
+  } else if constexpr (std::is_enum_v<T>) {
+    return little_endian(static_cast<Unsigned>(value));
   } else {
     return little_endian(std::bit_cast<Unsigned>(value));
   }
 }
 
-// Reads `count` bytes, or throws ArchiveError naming `wanted`.
-UTILITIES_EXPORT stream_window::Unread read_scalar(const Archive& archive, const char* next, char* into,
-                                                   std::size_t count, const char* wanted);
+template <class T>
+inline constexpr std::size_t wire_size = sizeof(typename Wire<T>::type);
+
+// One scalar of a run, for the error that names the first one that did not come or go.
+struct Item {
+  std::size_t size;
+  const char* name;
+};
+
+struct Run {
+  const Item* items;
+  std::size_t count;
+};
+
+struct Read {
+  stream_window::Unread after;
+  std::size_t got;
+  int error;  // as errno has it, 0 at the end of the stream
+};
+
+// Reads up to `size` bytes, partly or wholly from beyond the stream's buffer. Does not throw.
+UTILITIES_EXPORT Read read_across(FILE* stream, const char* next, char* into, std::size_t size);
+// The error for a run of which only the bytes of `read` came.
+[[noreturn]] UTILITIES_EXPORT void run_cut_short(const Archive& archive, const Run& run, const Read& read);
 // Reads the `length` bytes of a text that do not all lie in the stream's buffer.
-UTILITIES_EXPORT stream_window::Unread read_text(FILE* stream, const char* next, std::string& text,
-                                                 std::size_t length);
-// Writes `count` bytes; throws ArchiveError naming `wanted` when they cannot be written whole, unless it is
-// null.
-UTILITIES_EXPORT stream_window::Room write_bytes(const Archive& archive, char* next, const char* from,
-                                                 std::size_t count, const char* wanted);
+UTILITIES_EXPORT stream_window::Unread read_text_across(FILE* stream, const char* next, std::string& text,
+                                                        std::size_t length);
+// Writes the bytes of a run; throws ArchiveError naming the first scalar that cannot be written whole.
+UTILITIES_EXPORT stream_window::Room write_across(const Archive& archive, char* next, const char* from,
+                                                  const Run& run);
+// Writes the bytes of a text, unchecked.
+UTILITIES_EXPORT stream_window::Room write_text_across(FILE* stream, char* next, const std::string& text);
 [[noreturn]] UTILITIES_EXPORT void negative(const Archive& archive, const char* what, int value);
 [[noreturn]] UTILITIES_EXPORT void too_long(const Archive& archive, const char* what, std::size_t value);
+
+// The scalars T... as they follow one another on the stream.
+template <class... T>
+struct Items {
+  static constexpr Item items[] = {{wire_size<T>, Wire<T>::name}...};
+  static constexpr Run run = {items, sizeof...(T)};
+  static constexpr std::size_t size = (wire_size<T> + ...);
+};
+
+inline constexpr std::size_t short_text = 16;
+
+// The length of a text of `length` bytes up to its first NUL, where sixteen bytes can be looked at: most
+// texts are that short, and two words are compared at once instead of calling strnlen.
+inline std::size_t length_to_nul(const char* sixteen_bytes, std::size_t length) {
+  constexpr std::uint64_t ones = 0x0101010101010101U;
+  constexpr std::uint64_t tops = 0x8080808080808080U;
+  std::uint64_t words[2];
+  std::memcpy(words, sixteen_bytes, sizeof words);
+  for (unsigned word = 0; word < 2; ++word) {
+    const std::uint64_t value = little_endian(words[word]);
+    const std::uint64_t nuls = (value - ones) & ~value & tops;  // its lowest bit marks the first NUL
+    if (nuls != 0) return std::min(length, 8 * word + static_cast<std::size_t>(std::countr_zero(nuls)) / 8);
+  }
+  return length;
+}
+
+// memcpy for a text, without a call where it is short; never a byte more than `size`.
+inline void copy_text(char* to, const char* from, std::size_t size) {
+  if (size > short_text) {
+    std::memcpy(to, from, size);
+  } else if (size >= 8) {
+    std::uint64_t head, tail;
+    std::memcpy(&head, from, 8);
+    std::memcpy(&tail, from + size - 8, 8);
+    std::memcpy(to, &head, 8);
+    std::memcpy(to + size - 8, &tail, 8);
+  } else if (size >= 4) {
+    std::uint32_t head, tail;
+    std::memcpy(&head, from, 4);
+    std::memcpy(&tail, from + size - 4, 4);
+    std::memcpy(to, &head, 4);
+    std::memcpy(to + size - 4, &tail, 4);
+  } else if (size > 0) {
+    to[0] = from[0];
+    to[size / 2] = from[size / 2];
+    to[size - 1] = from[size - 1];
+  }
+}
 
 }  // namespace stream_cursor
 
@@ -118,40 +201,59 @@ class ReadCursor {
   ReadCursor& operator=(const ReadCursor&) = delete;
   ~ReadCursor() { release(); }
 
-  template <stream_cursor::Scalar T>
-  void read(T& value) {
-    value = scalar<T>();
-  }
-
-  // Takes any value of the underlying type: whether it names a member is the record's to check.
-  template <stream_cursor::Enumeration T>
-  void read(T& value) {
-    value = static_cast<T>(scalar<std::int32_t>());
+  // Scalars that follow one another, in one look at the buffer or one call. Each is stored before the next;
+  // where the stream ends, those that came whole are stored.
+  template <stream_cursor::Scalar... T>
+  void read_run(T&... values) {
+    using Items = stream_cursor::Items<T...>;
+    if (available() >= Items::size) [[likely]] {
+      const char* bytes = window_.next;
+      window_.next += Items::size;
+      ((values = stream_cursor::decode<T>(bytes), bytes += stream_cursor::wire_size<T>), ...);
+      return;
+    }
+    char buffer[Items::size];
+    const char* bytes = buffer;
+    const stream_cursor::Read read =
+        stream_cursor::read_across(archive_.stream(), window_.next, buffer, Items::size);
+    window_ = read.after;
+    const char* const end = buffer + read.got;
+    const bool whole = (take(bytes, end, values) && ...);
+    if (!whole) [[unlikely]] {
+      release();
+      stream_cursor::run_cut_short(archive_, Items::run, read);
+    }
   }
 
   // The text up to its first NUL; all of its bytes are consumed. Where the stream ends first, the bytes that
-  // came.
-  void read(std::string& text) {
-    const auto length = static_cast<std::size_t>(count("length"));
-    if (length > available()) {
+  // came. The length is what came before: read it as the last scalar of a run and pass it through
+  // checked_count.
+  void read_text(std::string& text, std::size_t length) {
+    if (length < stream_cursor::short_text && available() >= stream_cursor::short_text) [[likely]] {
+      if (length == 0) {
+        text.clear();
+      } else {
+        text.assign(window_.next, stream_cursor::length_to_nul(window_.next, length));
+      }
+      window_.next += length;
+    } else if (length <= available()) {
+      text.assign(window_.next, strnlen(window_.next, length));
+      window_.next += length;
+    } else {
       const char* next = window_.next;
-      window_ = {};  // read_text has put the position back when it throws
-      const auto after = stream_cursor::read_text(archive_.stream(), next, text, length);
+      window_ = {};  // read_text_across has put the position back when it throws
+      const auto after = stream_cursor::read_text_across(archive_.stream(), next, text, length);
       window_ = after;
-      return;
     }
-    text.assign(window_.next, strnlen(window_.next, length));
-    window_.next += length;
   }
 
-  // A count or a length: written unsigned or signed, never negative. `what` names it in the ArchiveError.
-  int count(const char* what) {
-    const int value = scalar<int>();
+  // A count or a length that was just read. Throws ArchiveError, naming it as `what`, when it is negative.
+  std::size_t checked_count(int value, const char* what) {
     if (value < 0) [[unlikely]] {
       release();
       stream_cursor::negative(archive_, what, value);
     }
-    return value;
+    return static_cast<std::size_t>(value);
   }
 
   // Runs `work` with the stream in its true position, then goes on from wherever that left it.
@@ -165,21 +267,12 @@ class ReadCursor {
  private:
   [[nodiscard]] std::size_t available() const { return static_cast<std::size_t>(window_.end - window_.next); }
 
-  template <stream_cursor::Scalar T>
-  T scalar() {
-    using Wire = stream_cursor::Wire<T>;
-    constexpr std::size_t size = sizeof(typename Wire::type);
-    if (available() >= size) [[likely]] {
-      const T value = stream_cursor::decode<T>(window_.next);
-      window_.next += size;
-      return value;
-    }
-    char bytes[size];
-    const char* next = window_.next;
-    window_ = {};  // read_scalar has put the position back when it throws
-    const auto after = stream_cursor::read_scalar(archive_, next, bytes, size, Wire::name);
-    window_ = after;
-    return stream_cursor::decode<T>(bytes);
+  template <class T>
+  static bool take(const char*& bytes, const char* end, T& value) {
+    if (static_cast<std::size_t>(end - bytes) < stream_cursor::wire_size<T>) return false;
+    value = stream_cursor::decode<T>(bytes);
+    bytes += stream_cursor::wire_size<T>;
+    return true;
   }
 
   // Once given back, a position is stale: forget it, so that an exception does not store it a second time.
@@ -202,42 +295,40 @@ class WriteCursor {
   WriteCursor& operator=(const WriteCursor&) = delete;
   ~WriteCursor() { release(); }
 
-  template <stream_cursor::Scalar T>
-  void write(const T& value) {
-    const auto wire = stream_cursor::encode(value);
-    if (room() >= sizeof wire) [[likely]] {
-      std::memcpy(window_.next, &wire, sizeof wire);
-      window_.next += sizeof wire;
+  // Scalars that follow one another. Throws ArchiveError naming the first that cannot be written whole.
+  template <stream_cursor::Scalar... T>
+  void write_run(const T&... values) {
+    using Items = stream_cursor::Items<T...>;
+    if (room() >= Items::size) [[likely]] {
+      window_.next = put(window_.next, values...);
       return;
     }
-    char bytes[sizeof wire];
-    std::memcpy(bytes, &wire, sizeof wire);
-    write_slowly(bytes, sizeof wire, stream_cursor::Wire<T>::name);
+    char buffer[Items::size];
+    put(buffer, values...);
+    char* next = window_.next;
+    window_ = {};  // write_across has put the position back when it throws
+    const auto after = stream_cursor::write_across(archive_, next, buffer, Items::run);
+    window_ = after;
   }
 
-  template <stream_cursor::Enumeration T>
-  void write(const T& value) {
-    write(static_cast<std::int32_t>(value));
-  }
-
-  // The length, then the bytes, whose arrival is not checked here: flush() sees a stream that has failed.
-  void write(const std::string& text) {
-    count(text.size(), "length");
+  // The bytes of a text, whose arrival is not checked here: flush() sees a stream that has failed.
+  void write_text(const std::string& text) {
     if (room() >= text.size()) [[likely]] {
-      std::memcpy(window_.next, text.data(), text.size());
+      stream_cursor::copy_text(window_.next, text.data(), text.size());
       window_.next += text.size();
-      return;
+    } else {
+      window_ = stream_cursor::write_text_across(archive_.stream(), window_.next, text);
     }
-    write_slowly(text.data(), text.size(), nullptr);
   }
 
-  // A count or a length. Throws ArchiveError beyond 2^31 - 1, which could not be read back.
-  void count(std::size_t value, const char* what) {
+  // A count or a length that is about to be written. Throws ArchiveError beyond 2^31 - 1, which could not be
+  // read back.
+  unsigned int checked_count(std::size_t value, const char* what) {
     if (value > 0x7FFFFFFF) [[unlikely]] {
       release();
       stream_cursor::too_long(archive_, what, value);
     }
-    write(static_cast<std::uint32_t>(value));
+    return static_cast<unsigned int>(value);
   }
 
   template <class Work>
@@ -253,11 +344,15 @@ class WriteCursor {
     return window_.next < window_.end ? static_cast<std::size_t>(window_.end - window_.next) : 0;
   }
 
-  void write_slowly(const char* bytes, std::size_t count, const char* wanted) {
-    char* next = window_.next;
-    window_ = {};  // write_bytes has put the position back when it throws
-    const auto after = stream_cursor::write_bytes(archive_, next, bytes, count, wanted);
-    window_ = after;
+  template <class... T>
+  static char* put(char* to, const T&... values) {
+    const auto put_one = [&to](const auto& value) {
+      const auto wire = stream_cursor::encode(value);
+      std::memcpy(to, &wire, sizeof wire);
+      to += sizeof wire;
+    };
+    (put_one(values), ...);
+    return to;
   }
 
   void release() {
