@@ -160,7 +160,7 @@ inline std::size_t length_to_nul(const char* sixteen_bytes, std::size_t length) 
   constexpr std::uint64_t tops = 0x8080808080808080U;
   std::uint64_t words[2];
   std::memcpy(words, sixteen_bytes, sizeof words);
-  for (unsigned word = 0; word < 2; ++word) {
+  for (std::size_t word = 0; word < 2; ++word) {
     const std::uint64_t value = little_endian(words[word]);
     const std::uint64_t nuls = (value - ones) & ~value & tops;  // its lowest bit marks the first NUL
     if (nuls != 0) return std::min(length, 8 * word + static_cast<std::size_t>(std::countr_zero(nuls)) / 8);
