@@ -1,5 +1,5 @@
 #include <database_entry/foundations/archive_encodings.h>
-#include <database_entry/foundations/sequence_encoding.h>
+#include <utilities/sequence_encoding.h>
 
 Archive& operator<<(Archive& archive, const std::string& text) {
   write_fields(archive, text);

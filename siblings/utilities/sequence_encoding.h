@@ -1,5 +1,5 @@
 // Lists among the fields of a record: the count, then each element.
-// Internal: callers want foundations/archive_encodings.h.
+// Internal: callers want the write and read operations of the records.
 #pragma once
 
 #include <utilities/field_list.h>
