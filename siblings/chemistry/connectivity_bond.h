@@ -1,0 +1,15 @@
+// A bond of a chemical connectivity.
+#pragma once
+
+#include <chemistry/bond_type.h>
+#include <chemistry/connectivity_atom.h>
+#include <utilities/t_handle.h>
+
+struct ConnectivityBond {
+  THandle<ConnectivityAtom> first;
+  THandle<ConnectivityAtom> second;
+  BondType type = BondType::unknown;
+
+  // The same atoms in the same order, by identity, and the same type.
+  friend bool operator==(const ConnectivityBond&, const ConnectivityBond&) = default;
+};

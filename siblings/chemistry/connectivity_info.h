@@ -1,0 +1,29 @@
+// The connectivity of an entry, as it is archived and shown.
+//
+// Bytes: those of the connectivity.
+#pragma once
+
+#include <chemistry/connectivity.h>
+#include <chemistry/export.h>
+
+#include <iosfwd>
+
+class CHEMISTRY_EXPORT ConnectivityInfo {
+ public:
+  // An empty connectivity.
+  ConnectivityInfo();
+  // Shares the connectivity. Throws NullHandleError when there is none.
+  explicit ConnectivityInfo(const THandle<Connectivity>& connectivity);
+
+  // Never null.
+  [[nodiscard]] THandle<Connectivity> connectivity() const { return connectivity_; }
+
+  void write(Archive& archive) const;
+  // Fills a new connectivity: others who share the old one keep it. Fails as Connectivity::read does.
+  void read(Archive& archive);
+  // "atoms: 6, bonds: 6" and a line end.
+  void print(std::ostream& os) const;
+
+ private:
+  THandle<Connectivity> connectivity_;
+};

@@ -1,0 +1,43 @@
+// What a crystal is built from: a unit cell and the atoms of its asymmetric unit.
+//
+// Bytes: those of the cell, the atom count as an int, then each atom.
+#pragma once
+
+#include <chemistry/atom.h>
+#include <chemistry/cell.h>
+#include <chemistry/export.h>
+#include <utilities/archive.h>
+#include <utilities/t_handle.h>
+
+#include <iosfwd>
+#include <vector>
+
+class CHEMISTRY_EXPORT CrystalMaker {
+ public:
+  // A default cell and no atoms.
+  CrystalMaker();
+
+  // Shares the cell and the atoms. Throws NullHandleError when there is no cell.
+  explicit CrystalMaker(const THandle<Cell>& cell, std::vector<THandle<Atom>> atoms = {});
+
+  CrystalMaker(const CrystalMaker&) = default;
+  CrystalMaker& operator=(const CrystalMaker&) = default;
+  virtual ~CrystalMaker() = default;
+
+  // Never null.
+  [[nodiscard]] THandle<Cell> cell() const { return cell_; }
+  [[nodiscard]] const std::vector<THandle<Atom>>& atoms() const& { return atoms_; }
+  const std::vector<THandle<Atom>>& atoms() const&& = delete;
+
+  // Throws NullHandleError for a null atom; what precedes it has been written.
+  virtual void write(Archive& archive) const;
+  // Fills a new cell and new atoms: others who share the old ones keep them. Throws ArchiveError where the
+  // stream ends or a count is negative; what was read before stays.
+  virtual void read(Archive& archive);
+  // "cell: ", the cell, ", atoms: 12" and a line end.
+  virtual void print(std::ostream& os) const;
+
+ private:
+  THandle<Cell> cell_;
+  std::vector<THandle<Atom>> atoms_;
+};

@@ -1,0 +1,15 @@
+// A bond of a chemical diagram.
+#pragma once
+
+#include <chemistry/bond_type.h>
+#include <chemistry/diagram_atom.h>
+#include <utilities/t_handle.h>
+
+struct DiagramBond {
+  THandle<DiagramAtom> first;
+  THandle<DiagramAtom> second;
+  BondType type = BondType::unknown;
+
+  // The same atoms in the same order, by identity, and the same type.
+  friend bool operator==(const DiagramBond&, const DiagramBond&) = default;
+};

@@ -1,0 +1,183 @@
+#include <symmetry/crystal_symmetry_operator.h>
+#include <utilities/field_list.h>
+
+#include <charconv>
+#include <cmath>
+#include <stdexcept>
+#include <string_view>
+
+namespace {
+
+constexpr std::string_view axes = "xyz";
+
+// No translation is as large; keeps every sum finite.
+constexpr double most = 1000.0;
+
+// Reads one triplet, character by character, each looked at once.
+class TripletReader {
+ public:
+  explicit TripletReader(const std::string& text) : text_(text) {}
+
+  void read(std::array<int, 9>& rotation, std::array<double, 3>& translation) {
+    rotation = {};
+    for (std::size_t row = 0; row < 3; ++row) {
+      if (row > 0 && !take(',')) fail("a comma is missing");
+      read_sum(&rotation[3 * row], translation[row]);
+    }
+    if (peek() != '\0' || position_ != text_.size()) fail("something follows the third sum");
+  }
+
+ private:
+  void read_sum(int* row, double& translation) {
+    for (bool first = true;; first = false) {
+      const bool minus = take('-');
+      if (!minus && !take('+') && !first) return;
+      read_term(minus ? -1 : 1, row, translation);
+    }
+  }
+
+  // A number, an axis, or a whole number before an axis.
+  void read_term(int sign, int* row, double& translation) {
+    int factor = 1;
+    if (is_digit(peek()) || peek() == '.') {
+      const std::size_t start = position_;
+      const double number = read_number();
+      if (axis() == axes.npos) {
+        translation += sign * number;
+        return;
+      }
+      if (position_ - start > 2 || number != std::floor(number)) {
+        fail("the factor of an axis must be a whole number of at most two digits");
+      }
+      factor = static_cast<int>(number);
+    }
+    const std::size_t column = axis();
+    if (column == axes.npos) fail("x, y, z or a number is missing");
+    ++position_;
+    if (row[column] != 0) fail("an axis stands twice in one sum");
+    row[column] = sign * factor;
+  }
+
+  double read_number() {
+    const double numerator = read_decimal();
+    if (!take('/')) return numerator;
+    const double denominator = read_decimal();
+    if (denominator == 0.0) fail("the denominator is zero");
+    if (!(numerator / denominator < most)) fail("the number is not below 1000");
+    return numerator / denominator;
+  }
+
+  double read_decimal() {
+    skip_blanks();
+    double value = 0.0;
+    const char* const start = text_.data() + position_;
+    const auto [end, error] =
+        std::from_chars(start, text_.data() + text_.size(), value, std::chars_format::fixed);
+    if (error != std::errc() || *start == '-' || !(value < most)) {
+      fail("a number below 1000 is missing");
+    }
+    position_ = static_cast<std::size_t>(end - text_.data());
+    return value;
+  }
+
+  std::size_t axis() {
+    const char character = peek();
+    return character == '\0' ? axes.npos : axes.find(static_cast<char>(character | 0x20));
+  }
+
+  char peek() {
+    skip_blanks();
+    return position_ < text_.size() ? text_[position_] : '\0';
+  }
+
+  bool take(char wanted) {
+    if (peek() != wanted) return false;
+    ++position_;
+    return true;
+  }
+
+  void skip_blanks() {
+    while (position_ < text_.size() && (text_[position_] == ' ' || text_[position_] == '\t')) ++position_;
+  }
+
+  static bool is_digit(char character) { return character >= '0' && character <= '9'; }
+
+  [[noreturn]] void fail(const char* reason) const {
+    constexpr std::size_t shown = 60;
+    const std::string text = text_.size() <= shown ? text_ : text_.substr(0, shown) + "...";
+    throw std::invalid_argument("Invalid CrystalSymmetryOperator \"" + text + "\" at offset " +
+                                std::to_string(position_) + ": " + reason);
+  }
+
+  const std::string& text_;
+  std::size_t position_ = 0;
+};
+
+// The translation without its sign: a fraction where one gives the same double, else the shortest decimal.
+std::string magnitude_text(double value) {
+  for (const int denominator : {1, 2, 3, 4, 6, 8, 12, 24}) {
+    const double numerator = value * denominator;
+    const int whole = numerator < 1000.0 ? static_cast<int>(numerator + 0.5) : 0;
+    if (whole > 0 && static_cast<double>(whole) / denominator == value) {
+      return std::to_string(whole) + (denominator == 1 ? "" : "/" + std::to_string(denominator));
+    }
+  }
+  char decimal[400];
+  const auto [end, error] = std::to_chars(decimal, decimal + sizeof decimal, value, std::chars_format::fixed);
+  return error == std::errc() ? std::string(decimal, end) : "?";
+}
+
+void append_axis(std::string& sum, int factor, char axis) {
+  if (factor == 0) return;
+  const long long magnitude = factor < 0 ? -static_cast<long long>(factor) : factor;
+  if (factor < 0) {
+    sum += '-';
+  } else if (!sum.empty()) {
+    sum += '+';
+  }
+  if (magnitude != 1) sum += std::to_string(magnitude);
+  sum += axis;
+}
+
+}  // namespace
+
+CrystalSymmetryOperator::CrystalSymmetryOperator(const std::string& xyz) {
+  TripletReader(xyz).read(rotation_, translation_);
+}
+
+std::string CrystalSymmetryOperator::xyz() const {
+  std::string triplet;
+  for (std::size_t row = 0; row < 3; ++row) {
+    std::string sum;
+    const double translation = translation_[row];
+    if (translation != 0.0)
+      sum = (translation < 0 ? "-" : "") + magnitude_text(translation < 0 ? -translation : translation);
+    for (std::size_t column = 0; column < 3; ++column)
+      append_axis(sum, rotation_[3 * row + column], axes[column]);
+    if (row > 0) triplet += ',';
+    triplet += sum.empty() ? "0" : sum;
+  }
+  return triplet;
+}
+
+FractionalCoordinates CrystalSymmetryOperator::apply(const FractionalCoordinates& point) const {
+  const auto coordinate = [&](std::size_t row) {
+    return rotation_[3 * row] * point.x + rotation_[3 * row + 1] * point.y +
+           rotation_[3 * row + 2] * point.z + translation_[row];
+  };
+  return {coordinate(0), coordinate(1), coordinate(2)};
+}
+
+void CrystalSymmetryOperator::write(Archive& archive) const {
+  std::apply(
+      [&](const auto&... r) {
+        write_fields(archive, r..., translation_[0], translation_[1], translation_[2]);
+      },
+      rotation_);
+}
+
+void CrystalSymmetryOperator::read(Archive& archive) {
+  std::apply(
+      [&](auto&... r) { read_fields(archive, r..., translation_[0], translation_[1], translation_[2]); },
+      rotation_);
+}
