@@ -119,7 +119,9 @@ std::string magnitude_text(double value) {
     const double numerator = value * denominator;
     const int whole = numerator < 1000.0 ? static_cast<int>(numerator + 0.5) : 0;
     if (whole > 0 && static_cast<double>(whole) / denominator == value) {
-      return std::to_string(whole) + (denominator == 1 ? "" : "/" + std::to_string(denominator));
+      std::string fraction = std::to_string(whole);
+      if (denominator != 1) fraction.append("/").append(std::to_string(denominator));
+      return fraction;
     }
   }
   char decimal[400];
@@ -150,8 +152,8 @@ std::string CrystalSymmetryOperator::xyz() const {
   for (std::size_t row = 0; row < 3; ++row) {
     std::string sum;
     const double translation = translation_[row];
-    if (translation != 0.0)
-      sum = (translation < 0 ? "-" : "") + magnitude_text(translation < 0 ? -translation : translation);
+    if (translation < 0.0) sum += '-';
+    if (translation != 0.0) sum += magnitude_text(std::abs(translation));
     for (std::size_t column = 0; column < 3; ++column)
       append_axis(sum, rotation_[3 * row + column], axes[column]);
     if (row > 0) triplet += ',';
