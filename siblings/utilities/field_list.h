@@ -111,15 +111,16 @@ void read_from(ReadCursor& cursor, const std::tuple<Types...>& fields) {
 
 }  // namespace field_list
 
-// Both take a record's own list, a std::tie of its fields, or the fields one by one.
+// Both take a record's own list, a std::tie of its fields, or the fields one by one. Flattened, because a
+// cursor that is handed on to a function of its own has an address and cannot live in registers.
 template <class... Fields>
-void write_fields(Archive& archive, const std::tuple<Fields&...>& fields) {
+[[gnu::flatten]] void write_fields(Archive& archive, const std::tuple<Fields&...>& fields) {
   WriteCursor cursor(archive);
   field_list::write_from(cursor, fields);
 }
 
 template <class... Fields>
-void read_fields(Archive& archive, const std::tuple<Fields&...>& fields) {
+[[gnu::flatten]] void read_fields(Archive& archive, const std::tuple<Fields&...>& fields) {
   ReadCursor cursor(archive);
   field_list::read_from(cursor, fields);
 }
