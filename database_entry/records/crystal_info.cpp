@@ -1,0 +1,58 @@
+#include <database_entry/records/crystal_info.h>
+#include <utilities/field_list.h>
+
+#include <tuple>
+
+namespace {
+
+// In archive order, which is the order of comparison too.
+template <class Record>
+auto fields(Record& record) {
+  return std::tie(record.z, record.z_prime, record.color, record.habit, record.analogues,
+                  record.melting_point, record.notes, record.phase_transitions, record.polymorph,
+                  record.sensitivity, record.recrystallisation_solvent, record.disorder_details,
+                  record.other_cell_details);
+}
+
+}  // namespace
+
+CrystalInfo::CrystalInfo(double the_z, double the_z_prime, const std::string& the_color,
+                         const std::string& the_habit, const std::string& the_analogues,
+                         const std::string& the_melting_point, const std::string& the_notes,
+                         const std::string& the_phase_transitions, const std::string& the_polymorph,
+                         const std::string& the_sensitivity, const std::string& the_recrystallisation_solvent,
+                         const std::string& the_disorder_details, const std::string& the_other_cell_details)
+    : z(the_z),
+      z_prime(the_z_prime),
+      color(the_color),
+      habit(the_habit),
+      analogues(the_analogues),
+      melting_point(the_melting_point),
+      notes(the_notes),
+      phase_transitions(the_phase_transitions),
+      polymorph(the_polymorph),
+      sensitivity(the_sensitivity),
+      recrystallisation_solvent(the_recrystallisation_solvent),
+      disorder_details(the_disorder_details),
+      other_cell_details(the_other_cell_details) {}
+
+void CrystalInfo::write(Archive& archive) const {
+  write_fields(archive, fields(*this));
+}
+
+void CrystalInfo::read(Archive& archive) {
+  read_fields(archive, fields(*this));
+}
+
+void CrystalInfo::print(std::ostream& os) const {
+  os << "Z: " << z << ", Z': " << z_prime << ", color: " << color << ", habit: " << habit
+     << ", analogues: " << analogues << ", melting_point: " << melting_point << ", notes: " << notes
+     << ", phase_transitions: " << phase_transitions << ", polymorph: " << polymorph
+     << ", sensitivity: " << sensitivity << ", recrystallisation_solvent: " << recrystallisation_solvent
+     << ", disorder_details: " << disorder_details << ", other_cell_details: " << other_cell_details
+     << std::endl;
+}
+
+bool CrystalInfo::operator==(const CrystalInfo& other) const {
+  return fields(*this) == fields(other);
+}

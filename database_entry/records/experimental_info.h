@@ -1,0 +1,87 @@
+// How the structure was determined: conditions, densities, radiation, intensities, refinement.
+//
+//   ExperimentalInfo experiment;
+//   experiment.temperature = 295.0;                        // kelvin
+//   experiment.probe = ExperimentalInfo::x_ray;
+//   experiment.powder = ExperimentalInfo::single_crystal_study;
+//
+// 0.0, an empty text and the members "unknown" mean "not known". Numbers are compared within 1e-7, and a NaN
+// is equal to everything. Threads: as every record, one at a time.
+#pragma once
+
+#include <database_entry/export.h>
+#include <database_entry/foundations/archive_encodings.h>
+#include <database_entry/foundations/component_text.h>
+#include <database_entry/foundations/enum_text_mapping.h>
+#include <database_entry/records/double_comparator.h>
+#include <database_entry/records/range.h>
+
+#include <cstdint>
+#include <string>
+
+class DATABASE_ENTRY_EXPORT ExperimentalInfo {
+ public:
+  // Each kind of "not known" has a name of its own, so that all members can be named without their
+  // enumeration.
+  enum RadiationProbe : std::int32_t { unknown_probe = 0, x_ray = 1, neutron = 2, electron = 3, gamma = 4 };
+  enum PowderStudy : std::int32_t { unknown_study = 0, single_crystal_study = 1, powder_study = 2 };
+  enum IntensityMethod : std::int32_t {
+    unknown_method = 0,
+    photographic_visual = 1,
+    photographic_densitometer = 2,
+    diffractometer = 3
+  };
+
+  ExperimentalInfo() = default;
+  // Throws std::invalid_argument for a probe and for an intensity method that is no member. The powder study
+  // is taken as it is given, other than by read().
+  ExperimentalInfo(double temperature, const std::string& temperature_text, const std::string& pressure,
+                   double experimental_density, double calculated_density, double r_factor,
+                   const Range<double, DoubleComparator>& mean_cc_bond_sigma, RadiationProbe probe,
+                   const std::string& radiation_source, bool absolute_configuration,
+                   const std::string& diffraction_details, PowderStudy powder,
+                   const std::string& refinement_details, IntensityMethod intensity_method);
+
+  // Each throws std::invalid_argument, "Invalid ExperimentalInfo::RadiationProbe" and so on, for a value that
+  // is no member.
+  static void validate_radiation_probe(RadiationProbe probe);
+  static void validate_powder_study(PowderStudy powder);
+  static void validate_intensity_method(IntensityMethod intensity_method);
+
+  // The texts of the members, made anew by each call.
+  [[nodiscard]] static THandle<EnumTextMapping<RadiationProbe>> radiation_probe_text();
+  [[nodiscard]] static THandle<EnumTextMapping<PowderStudy>> powder_text();
+  [[nodiscard]] static THandle<EnumTextMapping<IntensityMethod>> intensity_method_text();
+
+  void write(Archive& archive) const;
+  // The enumerations are stored last, each before its check: probe, intensity method, powder. One that is no
+  // member throws std::invalid_argument; the record then holds it, and the later ones are the old ones.
+  // ArchiveError where the stream ends; fields read before it keep their new values, the enumerations their
+  // old ones.
+  void read(Archive& archive);
+  // Labels and values, without a line end; enumerations as integers.
+  void print(std::ostream& os) const;
+
+  bool operator==(const ExperimentalInfo& other) const;
+
+  double temperature = 0.0;  // kelvin
+  std::string temperature_text;
+  std::string pressure;
+  double experimental_density = 0.0;
+  double calculated_density = 0.0;
+  double r_factor = 0.0;
+  // The range of the mean standard uncertainty of the carbon-carbon bond lengths.
+  Range<double, DoubleComparator> mean_cc_bond_sigma;
+  RadiationProbe probe = unknown_probe;
+  std::string radiation_source;
+  bool absolute_configuration = false;  // whether it was determined
+  std::string diffraction_details;
+  PowderStudy powder = unknown_study;
+  std::string refinement_details;
+  IntensityMethod intensity_method = unknown_method;
+};
+
+template <>
+inline constexpr bool is_archived_component<ExperimentalInfo> = true;
+template <>
+inline constexpr bool is_printed_component<ExperimentalInfo> = true;

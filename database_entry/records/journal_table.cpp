@@ -1,0 +1,37 @@
+#include <database_entry/records/journal_table.h>
+#include <utilities/trim.h>
+
+#include <charconv>
+#include <stdexcept>
+#include <string>
+
+namespace journal_table {
+namespace {
+
+std::string_view cut(std::string_view line, std::size_t first, std::size_t width = std::string_view::npos) {
+  if (first > line.size()) {
+    throw std::out_of_range("basic_string::substr: a journal line of " + std::to_string(line.size()) +
+                            " characters has no column " + std::to_string(first));
+  }
+  return trim_view(line.substr(first, width), " \t");
+}
+
+}  // namespace
+
+std::string_view international_coden(std::string_view line) {
+  return cut(line, journal_columns::international_coden.first, journal_columns::international_coden.width);
+}
+
+std::string_view title(std::string_view line) {
+  return cut(line, journal_columns::title);
+}
+
+int status_flag(std::string_view line) {
+  const std::string_view digits =
+      cut(line, journal_columns::status_flag.first, journal_columns::status_flag.width);
+  int flag = 0;
+  std::from_chars(digits.data(), digits.data() + digits.size(), flag);
+  return flag;
+}
+
+}  // namespace journal_table

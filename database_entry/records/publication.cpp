@@ -1,0 +1,44 @@
+#include <database_entry/foundations/sequence_text.h>
+#include <database_entry/records/publication.h>
+#include <utilities/sequence_encoding.h>
+
+#include <tuple>
+
+namespace {
+
+// In archive order.
+template <class Record>
+auto fields(Record& record) {
+  return std::tie(record.journal, record.authors, record.volume, record.year, record.page);
+}
+
+}  // namespace
+
+Publication::Publication(const std::vector<std::string>& the_authors, const Journal& the_journal,
+                         const std::string& the_volume, int the_year, const std::string& the_page)
+    : journal(the_journal), authors(the_authors), volume(the_volume), year(the_year), page(the_page) {}
+
+std::string Publication::authors_comma_delimited() const {
+  return to_string(authors.begin(), authors.end(), ", ", false);
+}
+
+void Publication::write(Archive& archive) const {
+  write_fields(archive, fields(*this));
+}
+
+void Publication::read(Archive& archive) {
+  read_fields(archive, fields(*this));
+}
+
+// Page before year, other than in the archive.
+void Publication::print(std::ostream& os) const {
+  for (const std::string& author : authors) os << author << ", ";
+  journal.print(os);
+  os << ", " << volume << ", " << page << ", " << year << std::endl;
+}
+
+// An order of its own: what differs most often comes first, and the journal is known by its CODEN.
+bool Publication::operator==(const Publication& other) const {
+  return volume == other.volume && page == other.page && year == other.year && authors == other.authors &&
+         journal.international_coden() == other.journal.international_coden();
+}

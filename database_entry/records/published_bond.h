@@ -1,0 +1,26 @@
+// A bond length as the authors published it.
+//
+// The atoms are shared with whoever else holds them. Threads: as every record, one at a time.
+#pragma once
+
+#include <chemistry/atom.h>
+#include <database_entry/export.h>
+#include <mathematics/uncertain_value.h>
+#include <utilities/t_handle.h>
+
+class DATABASE_ENTRY_EXPORT PublishedBond {
+ public:
+  // No default constructor: a bond without atoms means nothing.
+  PublishedBond(THandle<Atom> first_atom, THandle<Atom> second_atom, UncertainValue length, bool first_flag,
+                bool second_flag);
+
+  // The same atoms, as objects and in the same order, the same length and the same flags: A-B is not B-A.
+  bool operator==(const PublishedBond& other) const;
+
+  THandle<Atom> first_atom;
+  THandle<Atom> second_atom;
+  UncertainValue length;
+  // Two properties of the bond that are carried and compared; their meaning is the caller's.
+  bool first_flag;
+  bool second_flag;
+};
