@@ -57,6 +57,9 @@ void Connectivity::read(Archive& archive) {
   for (std::size_t index = 0; index < bond_count; ++index) {
     StoredBond stored;
     read_fields(archive, stored.first, stored.second, stored.type);
-    bonds.emplace_back(new ConnectivityBond{atom_at(stored.first), atom_at(stored.second), stored.type});
+    // In a handle before the list grows, which may fail.
+    const THandle<ConnectivityBond> bond(
+        new ConnectivityBond{atom_at(stored.first), atom_at(stored.second), stored.type});
+    bonds.push_back(bond);
   }
 }
