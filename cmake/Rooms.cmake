@@ -36,6 +36,9 @@ function(room_library name)
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}
     VERIFY_INTERFACE_HEADER_SETS ON)
+  # A unique symbol, of which inline functions of the standard library leave some, would keep the library in the
+  # process for good when a program unloads it.
+  target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
   room_warnings(${target})
   set_property(GLOBAL APPEND PROPERTY DATABASE_ENTRY_LIBRARIES ${target})
 endfunction()
