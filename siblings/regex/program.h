@@ -1,0 +1,40 @@
+// The program of an expression: what a thread of a search does, step by step.
+// Internal: callers want regex/regex.h.
+#pragma once
+
+#include <regex/syntax_tree.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace regex_detail {
+
+using InstructionIndex = std::uint32_t;
+
+struct Instruction {
+  enum Operation : std::uint8_t {
+    bytes,       // take a byte of the set `argument`, go on
+    fork,        // prefer to go on; the second choice is `argument`
+    save,        // note the position in the slot `argument`, go on
+    text_start,  // go on at the start of the text only
+    text_end,    // go on at the end of the text only
+    match        // done
+  };
+
+  Operation operation;
+  InstructionIndex next;
+  std::uint32_t argument;
+};
+
+// No instruction can be reached from itself without taking a byte.
+struct Program {
+  std::vector<Instruction> instructions;
+  std::vector<ByteSet> sets;
+  InstructionIndex start = 0;
+  std::uint32_t slots = 0;  // two a group, begin and end, the whole match being group 0
+};
+
+// Throws RegexError where the pattern asks for too many instructions.
+Program compile(SyntaxTree tree);
+
+}  // namespace regex_detail

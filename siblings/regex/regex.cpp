@@ -1,0 +1,59 @@
+#include <regex/parser.h>
+#include <regex/program.h>
+#include <regex/regex.h>
+#include <regex/simulation.h>
+#include <regex/tagged_automaton.h>
+
+#include <stdexcept>
+
+class Regex::Matcher {
+ public:
+  explicit Matcher(regex_detail::SyntaxTree tree)
+      : program_(regex_detail::compile(std::move(tree))),
+        automaton_(regex_detail::TaggedAutomaton::build(program_)) {}
+
+  unsigned int slots() const { return program_.slots; }
+
+  bool search(const std::string& text, unsigned int from, unsigned int* slots) const {
+    return automaton_ ? automaton_->search(text, from, slots)
+                      : regex_detail::simulate(program_, text, from, slots);
+  }
+
+ private:
+  regex_detail::Program program_;
+  std::optional<regex_detail::TaggedAutomaton> automaton_;
+};
+
+Regex::Regex(const std::string& pattern, unsigned int options) {
+  if ((options & ~extended_syntax) != 0) {
+    throw RegexError(0, "options " + std::to_string(options) + " are not supported, only 0 and " +
+                            std::to_string(extended_syntax));
+  }
+  matcher_ = std::make_shared<const Matcher>(regex_detail::parse(pattern, options == extended_syntax));
+}
+
+Regex::~Regex() = default;
+
+bool Regex::search_from_position(const std::string& text, unsigned int position, RegexResults& results,
+                                 unsigned int /*flags*/) const {
+  static_assert(RegexResults::no_offset == regex_detail::unset);
+  if (text.size() >= RegexResults::no_offset) {
+    throw std::length_error("Regex: a text of 4 GiB or more cannot be searched; search it in pieces");
+  }
+  results.offsets_.resize(matcher_->slots());
+  if (position > text.size() || !matcher_->search(text, position, results.offsets_.data())) {
+    results.offsets_.clear();
+    return false;
+  }
+  results.text_.assign(text, results.offsets_[0], results.offsets_[1] - results.offsets_[0]);
+  return true;
+}
+
+bool Regex::search(const std::string& text, RegexResults& results, unsigned int flags) const {
+  return search_from_position(text, 0, results, flags);
+}
+
+bool Regex::search(const std::string& pattern, const std::string& text, RegexResults& results,
+                   unsigned int flags) {
+  return Regex(pattern).search(text, results, flags);
+}

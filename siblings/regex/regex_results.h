@@ -1,0 +1,67 @@
+// What a search found: the whole match, and what each capture group took.
+//
+//   RegexResults results;
+//   if (Regex("(\\d+)/(\\d+)").search("no. 12/34", results, 0)) {
+//     results.match(0).str();           // "12/34", the whole match
+//     results.match(2).str();           // "34", the second group
+//     results.match(2).begin_offset();  // 7, in the searched text
+//   }
+//
+// Results own a copy of the matched bytes: they stay valid when the searched text or the expression is gone.
+// Use one object for many searches, it keeps its memory. Threads: one at a time, as any value.
+#pragma once
+
+#include <regex/export.h>
+
+#include <string>
+#include <vector>
+
+class REGEX_EXPORT RegexResults {
+ public:
+  class Match;
+
+  // No match: size() is 0.
+  RegexResults() = default;
+
+  // One for the whole match and one for each capture group of the expression, whether or not the group took
+  // part. 0 when nothing has been searched or the last search found nothing.
+  unsigned int size() const noexcept { return static_cast<unsigned int>(offsets_.size() / 2); }
+
+  // 0 is the whole match, n is the capture group whose bracket opens as the n-th of the pattern. A group in a
+  // repeat holds what it took last. Of a group that took no part, and of an index from size() on, the match
+  // is not matched(), its text is empty and both its offsets are 0.
+  Match match(unsigned int index) const;
+
+  // There is a match, and it is of length 0.
+  bool empty_match() const noexcept { return !offsets_.empty() && offsets_[0] == offsets_[1]; }
+
+ private:
+  friend class Regex;
+
+  // The pairs of offsets, begin and end; no_offset twice for a group that took no part.
+  static constexpr unsigned int no_offset = ~0U;
+  std::vector<unsigned int> offsets_;
+  // The bytes of the whole match. A group always lies within it.
+  std::string text_;
+};
+
+// One of the matched stretches, by value.
+class REGEX_EXPORT RegexResults::Match {
+ public:
+  operator std::string() const { return text_; }
+  std::string str() const { return text_; }
+  bool matched() const noexcept { return matched_; }
+
+  // In bytes from the start of the searched text, wherever the search started; the end is one past the last
+  // byte.
+  unsigned int begin_offset() const noexcept { return begin_; }
+  unsigned int end_offset() const noexcept { return begin_ + static_cast<unsigned int>(text_.size()); }
+
+ private:
+  friend class RegexResults;
+  Match() = default;
+
+  std::string text_;
+  unsigned int begin_ = 0;
+  bool matched_ = false;
+};

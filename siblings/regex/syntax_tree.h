@@ -1,0 +1,45 @@
+// A pattern as a tree: what the parser reads and the compiler writes out as a program.
+// Internal: callers want regex/regex.h.
+#pragma once
+
+#include <bitset>
+#include <cstdint>
+#include <vector>
+
+namespace regex_detail {
+
+using ByteSet = std::bitset<256>;
+using NodeIndex = std::uint32_t;
+
+inline constexpr NodeIndex no_node = ~NodeIndex{0};
+inline constexpr unsigned int unbounded = ~0U;
+
+// The bounds of what a pattern may ask for. They keep an expression below 10 MB and its construction below a
+// second.
+inline constexpr unsigned int most_instructions = 10000;
+inline constexpr unsigned int most_groups = 50;
+inline constexpr unsigned int deepest_nesting = 50;
+inline constexpr unsigned int highest_repeat_count = 1000;
+
+struct Node {
+  enum Kind : std::uint8_t { empty, bytes, text_start, text_end, group, sequence, alternatives, repeat };
+
+  Kind kind = empty;
+  bool can_be_empty = true;  // it may match without taking a byte
+  bool greedy = true;        // repeat
+  unsigned int offset = 0;   // in the pattern
+  unsigned int number = 0;   // bytes: index of its set; group: the number of the capture
+  unsigned int minimum = 0;  // repeat
+  unsigned int maximum = 0;  // repeat, may be unbounded
+  NodeIndex first_child = no_node;
+  NodeIndex next_sibling = no_node;
+};
+
+struct SyntaxTree {
+  std::vector<Node> nodes;
+  std::vector<ByteSet> sets;  // no two are equal
+  NodeIndex root = no_node;
+  unsigned int groups = 0;
+};
+
+}  // namespace regex_detail

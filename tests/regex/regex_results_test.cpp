@@ -1,0 +1,92 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "regex/searches.h"
+
+namespace {
+
+TEST(RegexResults, AreEmptyBeforeTheFirstSearch) {
+  const RegexResults results;
+  EXPECT_EQ(results.size(), 0U);
+  EXPECT_FALSE(results.empty_match());
+  EXPECT_FALSE(results.match(0).matched());
+}
+
+TEST(RegexResults, CountTheWholeMatchAndEveryGroup) {
+  RegexResults results;
+  ASSERT_TRUE(Regex("(a)|(b)|(?:c)").search("xb", results, 0));
+  EXPECT_EQ(results.size(), 3U);
+  EXPECT_EQ(shown(results), "1-2 x 1-2");
+}
+
+TEST(RegexResults, GiveTextAndOffsetsOfAGroup) {
+  RegexResults results;
+  ASSERT_TRUE(Regex("VORN\\s(\\d+)").search("see VORN 123.", results, 0));
+  const RegexResults::Match number = results.match(1);
+  const std::string converted = number;
+  EXPECT_EQ(converted, "123");
+  EXPECT_EQ(number.str(), "123");
+  EXPECT_EQ(number.begin_offset(), 9U);
+  EXPECT_EQ(number.end_offset(), 12U);
+}
+
+TEST(RegexResults, HaveNoTextForAGroupThatTookNoPart) {
+  RegexResults results;
+  ASSERT_TRUE(Regex("x(a)?").search("x", results, 0));
+  EXPECT_FALSE(results.match(1).matched());
+  EXPECT_EQ(results.match(1).str(), "");
+  EXPECT_EQ(results.match(1).begin_offset(), 0U);
+  EXPECT_EQ(results.match(1).end_offset(), 0U);
+}
+
+TEST(RegexResults, TellAnEmptyGroupFromOneThatTookNoPart) {
+  RegexResults results;
+  ASSERT_TRUE(Regex("x(a?)").search("x", results, 0));
+  EXPECT_TRUE(results.match(1).matched());
+  EXPECT_EQ(shown(results), "0-1 1-1");
+}
+
+TEST(RegexResults, HaveNoMatchBeyondTheirSize) {
+  RegexResults results;
+  ASSERT_TRUE(Regex("a").search("a", results, 0));
+  EXPECT_FALSE(results.match(1).matched());
+  EXPECT_FALSE(results.match(~0U).matched());
+  EXPECT_EQ(results.match(~0U).str(), "");
+}
+
+TEST(RegexResults, OutliveTheTextAndTheExpression) {
+  RegexResults results;
+  {
+    auto text = std::make_unique<std::string>("a long text that is not kept within the string itself: R77");
+    ASSERT_TRUE(Regex("text (.*): (R\\d+)").search(*text, results, 0));
+  }
+  EXPECT_EQ(results.match(1).str(), "that is not kept within the string itself");
+  EXPECT_EQ(results.match(2).str(), "R77");
+}
+
+TEST(RegexResults, AreEmptyAfterASearchThatFindsNothing) {
+  RegexResults results;
+  ASSERT_TRUE(Regex("(a)").search("a", results, 0));
+  EXPECT_FALSE(Regex("b").search("a", results, 0));
+  EXPECT_EQ(results.size(), 0U);
+  EXPECT_FALSE(results.match(0).matched());
+}
+
+TEST(RegexResults, KnowAnEmptyMatch) {
+  RegexResults results;
+  ASSERT_TRUE(Regex("z?").search("abc", results, 0));
+  EXPECT_TRUE(results.empty_match());
+  ASSERT_TRUE(Regex("a").search("abc", results, 0));
+  EXPECT_FALSE(results.empty_match());
+}
+
+TEST(RegexResults, MayBeCopied) {
+  RegexResults results;
+  ASSERT_TRUE(Regex("b(c)").search("abc", results, 0));
+  const RegexResults copy = results;
+  results = RegexResults();
+  EXPECT_EQ(copy.match(1).str(), "c");
+}
+
+}  // namespace
