@@ -1,4 +1,4 @@
-// What the shared library shows to the programs that link it; everything else stays hidden.
+// Marks what the regex library offers to the programs that link it.
 #pragma once
 
 #define REGEX_EXPORT __attribute__((visibility("default")))

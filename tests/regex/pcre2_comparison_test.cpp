@@ -101,7 +101,7 @@ TEST(Pcre2Comparison, RandomPatternsFindTheSame) {
   std::size_t compared = 0;
   for (const unsigned int seed : {1U, 2U, 3U, 4U}) {
     Generator random(seed);
-    for (int each = 0; each < 4000; ++each) {
+    for (int each = 0; each < 1500; ++each) {
       const std::string pattern = random.pattern(3);
       Pcre2 other(pattern);
       ASSERT_TRUE(other.accepted()) << pattern;
@@ -120,7 +120,7 @@ TEST(Pcre2Comparison, RandomPatternsFindTheSame) {
       }
     }
   }
-  EXPECT_GT(compared, 180000U);
+  EXPECT_GT(compared, 65000U);
 }
 
 // Whatever bytes a pattern is made of: both take it, or both refuse it, but for what only the other engine

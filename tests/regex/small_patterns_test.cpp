@@ -63,20 +63,20 @@ class Comparison {
 
 TEST(SmallPatterns, OfFivePiecesFindWhatTheReferenceFinds) {
   Comparison comparison(3);
-  comparison.compare_all({"a", "b", "(", ")", "|", "*", "?", "+", "^", "$", "."}, 5);
-  EXPECT_EQ(comparison.patterns(), 51757U);
+  comparison.compare_all({"a", "b", "(", ")", "|", "*", "*?", "?", "+", "^", "$", ".", "{2}"}, 5);
+  EXPECT_GT(comparison.patterns(), 35000U);
 }
 
 TEST(SmallPatterns, WithLazyAndCountedRepeatsFindWhatTheReferenceFinds) {
-  Comparison comparison(5);
-  comparison.compare_all({"a", "b", "(", ")", "|", "*", "*?", "+?", "??", "$", "{2}"}, 4);
-  EXPECT_EQ(comparison.patterns(), 5000U);
+  Comparison comparison(4);
+  comparison.compare_all({"a", "b", "(", ")", "|", "*", "*?", "+?", "??", "$", "{2}"}, 5);
+  EXPECT_GT(comparison.patterns(), 7500U);
 }
 
 TEST(SmallPatterns, OfNestedRepeatsFindWhatTheReferenceFinds) {
   Comparison comparison(4);
   comparison.compare_all({"(a|", "(|", "b", "a?", ")*", ")+", ")*?", "){2}", "^", "$)"}, 5);
-  EXPECT_EQ(comparison.patterns(), 5000U);
+  EXPECT_GT(comparison.patterns(), 5000U);
 }
 
 // The simulation takes over where a pattern is too large for the automaton.
