@@ -1,4 +1,5 @@
 #include <database_entry/foundations/enum_range.h>
+#include <database_entry/foundations/enum_text_table.h>
 #include <database_entry/references/database_cross_reference.h>
 #include <database_entry/references/regex_grep.h>
 #include <utilities/field_list.h>
@@ -118,8 +119,7 @@ void DatabaseCrossReference::validate_cross_reference(CrossReferenceType type) {
 
 THandle<EnumTextMapping<DatabaseCrossReference::CrossReferenceType>>
 DatabaseCrossReference::cross_reference_type_text() {
-  return THandle<EnumTextMapping<CrossReferenceType>>(
-      new EnumTextMapping<CrossReferenceType>(type_texts, std::size(type_texts)));
+  return new_text_mapping<CrossReferenceType>(type_texts);
 }
 
 bool DatabaseCrossReference::scope(CrossReferenceType type) {

@@ -1,4 +1,5 @@
 #include <database_entry/foundations/enum_range.h>
+#include <database_entry/foundations/enum_text_table.h>
 #include <database_entry/foundations/sequence_text.h>
 #include <database_entry/references/deposition_info.h>
 #include <database_entry/references/regex_grep.h>
@@ -201,8 +202,7 @@ void DepositionInfo::validate_deposition_type(DepositionType type) {
 }
 
 THandle<EnumTextMapping<DepositionInfo::DepositionType>> DepositionInfo::deposition_type_text() {
-  return THandle<EnumTextMapping<DepositionType>>(
-      new EnumTextMapping<DepositionType>(type_texts, std::size(type_texts)));
+  return new_text_mapping<DepositionType>(type_texts);
 }
 
 // One after the other: a list taken from an archive need not be sorted, and a binary search in it could miss
