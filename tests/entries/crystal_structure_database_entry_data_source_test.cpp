@@ -1,0 +1,23 @@
+#include <database_entry/entries/crystal_structure_database_entry_data_source.h>
+#include <gtest/gtest.h>
+
+#include <type_traits>
+
+#include "entries/sample_entry.h"
+
+namespace {
+
+using Source = CrystalStructureDatabaseEntryDataSource;
+static_assert(std::has_virtual_destructor_v<Source>);
+
+TEST(DataSource, AnswersNothingForEveryComponent) {
+  const Source source;
+  for_each_component<Source>(
+      [&](const char* name, auto operation) { EXPECT_TRUE((source.*operation)().is_null()) << name; });
+}
+
+TEST(DataSource, GivesADefaultIdentifier) {
+  EXPECT_EQ(Source().identifier(), DatabaseEntryIdentifier());
+}
+
+}  // namespace

@@ -1,0 +1,213 @@
+#include <database_entry/entries/crystal_structure_deferred_database_entry.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <type_traits>
+
+#include "entries/sample_entry.h"
+
+namespace {
+
+using Entry = CrystalStructureDeferredDatabaseEntry;
+using Source = CrystalStructureDatabaseEntryDataSource;
+
+static_assert(!std::is_default_constructible_v<Entry>);
+
+// Supplies the components of an entry, counts how often each is asked for, and can be made to fail.
+class CountingSource : public Source {
+ public:
+  explicit CountingSource(const CrystalStructureImmediateDatabaseEntry& supplied) : supplied_(supplied) {}
+
+  DatabaseEntryIdentifier identifier() const override { return asked("identifier"), supplied_.identifier(); }
+  THandle<CrystalMaker> crystal_maker() const override {
+    return asked("crystal maker"), supplied_.crystal_maker();
+  }
+  THandle<ExperimentalInfo> experimental_info() const override {
+    return asked("experimental info"), supplied_.experimental_info();
+  }
+  THandle<Cell> cell() const override { return asked("cell"), supplied_.cell(); }
+  THandle<EditorsInfo> editors_info() const override {
+    return asked("editors info"), supplied_.editors_info();
+  }
+  THandle<ChemicalInfo> chemical_info() const override {
+    return asked("chemical info"), supplied_.chemical_info();
+  }
+  THandle<CrystalInfo> crystal_info() const override {
+    return asked("crystal info"), supplied_.crystal_info();
+  }
+  THandle<Publication> publication() const override { return asked("publication"), supplied_.publication(); }
+  THandle<ChemicalDiagram> chemical_diagram() const override {
+    return asked("chemical diagram"), supplied_.chemical_diagram();
+  }
+  THandle<ConnectivityInfo> connectivity_info() const override {
+    return asked("connectivity info"), supplied_.connectivity_info();
+  }
+  THandle<CrystalDiagramMatch> crystal_diagram_match() const override {
+    return asked("crystal diagram match"), supplied_.crystal_diagram_match();
+  }
+  THandle<ConnectivityDiagramMatch> connectivity_diagram_match() const override {
+    return asked("connectivity diagram match"), supplied_.connectivity_diagram_match();
+  }
+  THandle<CrystalConnectivityMatch> crystal_connectivity_match() const override {
+    return asked("crystal connectivity match"), supplied_.crystal_connectivity_match();
+  }
+  THandle<CrossReferenceInfo> cross_reference_info() const override {
+    return asked("cross reference info"), supplied_.cross_reference_info();
+  }
+  THandle<DepositionInfo> deposition_info() const override {
+    return asked("deposition info"), supplied_.deposition_info();
+  }
+  THandle<DisorderSelectors> disorder_selector() const override {
+    return asked("disorder selector"), supplied_.disorder_selector();
+  }
+  THandle<PublishedGeometry> published_geometry() const override {
+    return asked("published geometry"), supplied_.published_geometry();
+  }
+
+  mutable std::map<std::string, int> times;
+  // Called before each answer with the number of times this component was asked for.
+  std::function<void(int)> before_answer = [](int) {};
+
+ private:
+  void asked(const char* name) const { before_answer(++times[name]); }
+
+  CrystalStructureImmediateDatabaseEntry supplied_;
+};
+
+// An entry over a counting source, which stays in reach.
+struct Deferred {
+  explicit Deferred(const CrystalStructureImmediateDatabaseEntry& supplied)
+      : source(new CountingSource(supplied)), entry(THandle<Source>(source)) {}
+  CountingSource* source;
+  Entry entry;
+};
+
+TEST(DeferredEntry, NeedsASource) {
+  EXPECT_THROW(Entry{THandle<Source>()}, NullHandleError);
+}
+
+TEST(DeferredEntry, AsksForItsIdentifierOnceAndForNothingElse) {
+  const Deferred deferred(sample_entry());
+  EXPECT_EQ(deferred.entry.identifier(), DatabaseEntryIdentifier("ABCDEF"));
+  EXPECT_EQ(deferred.entry.identifier(), DatabaseEntryIdentifier("ABCDEF"));
+  EXPECT_EQ(deferred.source->times, (std::map<std::string, int>{{"identifier", 1}}));
+}
+
+TEST(DeferredEntry, TakesANewIdentifierWithoutTheSource) {
+  Deferred deferred(sample_entry());
+  deferred.entry.set_identifier(DatabaseEntryIdentifier("GHIJKL"));
+  EXPECT_EQ(deferred.entry.identifier(), DatabaseEntryIdentifier("GHIJKL"));
+  EXPECT_EQ(deferred.source->times["identifier"], 1);
+}
+
+TEST(DeferredEntry, AsksForEachComponentOnceAndSharesIt) {
+  const CrystalStructureImmediateDatabaseEntry supplied = sample_entry();
+  const Deferred deferred(supplied);
+  for_each_component<CrystalStructureDatabaseEntry>([&](const char* name, auto accessor) {
+    const auto first = (deferred.entry.*accessor)();
+    EXPECT_FALSE((deferred.entry.*accessor)() != first) << name;
+    EXPECT_EQ(first, (supplied.*accessor)()) << name;
+    EXPECT_EQ(deferred.source->times[name], 1) << name;
+    EXPECT_EQ(first.use_count(), 4) << name;  // supplied, the source's copy, the entry's and this one
+  });
+}
+
+TEST(DeferredEntry, KeepsANullAnswerLikeAnyOther) {
+  const Deferred deferred(empty_entry());
+  for_each_component<Entry>([&](const char* name, auto accessor) {
+    EXPECT_TRUE((deferred.entry.*accessor)().is_null()) << name;
+    EXPECT_TRUE((deferred.entry.*accessor)().is_null()) << name;
+    EXPECT_EQ(deferred.source->times[name], 1) << name;
+  });
+}
+
+TEST(DeferredEntry, NeverAsksForWhatWasSet) {
+  const CrystalStructureImmediateDatabaseEntry other = sample_entry();
+  for_each_setter<CrystalStructureDatabaseEntry>([&](const char* name, auto get, auto set) {
+    Deferred deferred(sample_entry());
+    const auto next = (other.*get)();
+    (deferred.entry.*set)(next);
+    EXPECT_EQ((deferred.entry.*get)(), next) << name;
+    EXPECT_EQ(deferred.source->times[name], 0) << name;
+  });
+}
+
+TEST(DeferredEntry, TakesAComponentInPlaceOfTheOneThatWasFetched) {
+  const CrystalStructureImmediateDatabaseEntry other = sample_entry();
+  for_each_setter<CrystalStructureDatabaseEntry>([&](const char* name, auto get, auto set) {
+    Deferred deferred(sample_entry());
+    EXPECT_NE((deferred.entry.*get)(), (other.*get)()) << name;
+    (deferred.entry.*set)((other.*get)());
+    EXPECT_EQ((deferred.entry.*get)(), (other.*get)()) << name;
+    EXPECT_EQ(deferred.source->times[name], 1) << name;
+  });
+}
+
+TEST(DeferredEntry, StaysWithoutAComponentThatWasSetToNull) {
+  for_each_setter<Entry>([&](const char* name, auto get, auto set) {
+    Deferred deferred(sample_entry());
+    (deferred.entry.*set)({});
+    EXPECT_TRUE((deferred.entry.*get)().is_null()) << name;
+    EXPECT_EQ(deferred.source->times[name], 0) << name;
+  });
+}
+
+TEST(DeferredEntry, AsksAgainAfterTheSourceThrewWhateverItThrew) {
+  const std::function<void()> failures[] = {[] { throw std::runtime_error("no connection"); },
+                                            [] { throw 7; }};
+  for (const auto& fail : failures) {
+    Deferred deferred(sample_entry());
+    deferred.source->before_answer = [&](int time) {
+      if (time == 1) fail();
+    };
+    for_each_component<Entry>([&](const char* name, auto accessor) {
+      EXPECT_ANY_THROW((deferred.entry.*accessor)()) << name;
+      EXPECT_FALSE((deferred.entry.*accessor)().is_null()) << name;
+      EXPECT_FALSE((deferred.entry.*accessor)().is_null()) << name;
+      EXPECT_EQ(deferred.source->times[name], 2) << name;
+    });
+  }
+}
+
+TEST(DeferredEntry, PassesOnWhatTheSourceThrowsUnchanged) {
+  Deferred deferred(sample_entry());
+  deferred.source->before_answer = [](int) { throw 7; };
+  try {
+    static_cast<void>(deferred.entry.publication());
+    ADD_FAILURE() << "nothing was thrown";
+  } catch (int thrown) {
+    EXPECT_EQ(thrown, 7);
+  }
+}
+
+TEST(DeferredEntry, IsNotMadeWhenTheSourceHasNoIdentifierToGive) {
+  auto* const source = new CountingSource(sample_entry());
+  const THandle<Source> handle(source);
+  source->before_answer = [](int) { throw 7; };
+  EXPECT_THROW(Entry{handle}, int);
+  EXPECT_EQ(handle.use_count(), 1);
+}
+
+TEST(DeferredEntry, KeepsItsSourceAlive) {
+  const THandle<Source> source(new CountingSource(sample_entry()));
+  {
+    const Entry entry(source);
+    EXPECT_EQ(source.use_count(), 2);
+  }
+  EXPECT_EQ(source.use_count(), 1);
+}
+
+TEST(DeferredEntry, OverTheBaseClassAlonePrintsNothingButZeroHandles) {
+  EXPECT_EQ(printed(Entry(THandle<Source>(new Source))), empty_text);
+}
+
+TEST(DeferredEntry, PrintsWhatTheImmediateEntryPrintsAndAsksForJustThat) {
+  const Deferred deferred(sample_entry());
+  EXPECT_EQ(printed(deferred.entry), printed(sample_entry()));
+  EXPECT_EQ(printed(deferred.entry), sample_text);
+  EXPECT_EQ(deferred.source->times.size(), 11U);
+  for (const auto& [name, times] : deferred.source->times) EXPECT_EQ(times, 1) << name;
+}
+
+}  // namespace
