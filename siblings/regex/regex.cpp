@@ -37,14 +37,15 @@ Regex::~Regex() = default;
 bool Regex::search_from_position(const std::string& text, unsigned int position, RegexResults& results,
                                  unsigned int /*flags*/) const {
   static_assert(RegexResults::no_offset == regex_detail::unset);
+  static_assert(RegexResults::most_matches == regex_detail::most_groups + 1);
   if (text.size() >= RegexResults::no_offset) {
     throw std::length_error("Regex: a text of 4 GiB or more cannot be searched; search it in pieces");
   }
-  results.offsets_.resize(matcher_->slots());
+  results.size_ = 0;
   if (position > text.size() || !matcher_->search(text, position, results.offsets_.data())) {
-    results.offsets_.clear();
     return false;
   }
+  results.size_ = matcher_->slots() / 2;
   results.text_.assign(text, results.offsets_[0], results.offsets_[1] - results.offsets_[0]);
   return true;
 }

@@ -13,8 +13,8 @@
 
 #include <regex/export.h>
 
+#include <array>
 #include <string>
-#include <vector>
 
 class REGEX_EXPORT RegexResults {
  public:
@@ -25,7 +25,7 @@ class REGEX_EXPORT RegexResults {
 
   // One for the whole match and one for each capture group of the expression, whether or not the group took
   // part. 0 when nothing has been searched or the last search found nothing.
-  unsigned int size() const noexcept { return static_cast<unsigned int>(offsets_.size() / 2); }
+  unsigned int size() const noexcept { return size_; }
 
   // 0 is the whole match, n is the capture group whose bracket opens as the n-th of the pattern. A group in a
   // repeat holds what it took last. Of a group that took no part, and of an index from size() on, the match
@@ -33,14 +33,17 @@ class REGEX_EXPORT RegexResults {
   Match match(unsigned int index) const;
 
   // There is a match, and it is of length 0.
-  bool empty_match() const noexcept { return !offsets_.empty() && offsets_[0] == offsets_[1]; }
+  bool empty_match() const noexcept { return size_ > 0 && offsets_[0] == offsets_[1]; }
 
  private:
   friend class Regex;
 
-  // The pairs of offsets, begin and end; no_offset twice for a group that took no part.
+  // Begin and end of each match; no_offset twice for a group that took no part. There is room for as many
+  // groups as an expression may have, so that a search takes no memory for them.
   static constexpr unsigned int no_offset = ~0U;
-  std::vector<unsigned int> offsets_;
+  static constexpr unsigned int most_matches = 51;
+  unsigned int size_ = 0;
+  std::array<unsigned int, 2 * most_matches> offsets_{};
   // The bytes of the whole match. A group always lies within it.
   std::string text_;
 };
@@ -65,3 +68,13 @@ class REGEX_EXPORT RegexResults::Match {
   unsigned int begin_ = 0;
   bool matched_ = false;
 };
+
+inline RegexResults::Match RegexResults::match(unsigned int index) const {
+  Match match;
+  if (index < size_ && offsets_[2 * index] != no_offset) {
+    match.matched_ = true;
+    match.begin_ = offsets_[2 * index];
+    match.text_.assign(text_, match.begin_ - offsets_[0], offsets_[2 * index + 1] - match.begin_);
+  }
+  return match;
+}

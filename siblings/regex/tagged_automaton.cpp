@@ -226,20 +226,30 @@ std::optional<TaggedAutomaton> TaggedAutomaton::build(const Program& program) {
 }
 
 bool TaggedAutomaton::search(std::string_view text, std::size_t from, unsigned int* slots) const {
+  const auto transition = [&](Row row, std::size_t position) {
+    return transitions_[row + kind_of_byte_[static_cast<unsigned char>(text[position])]];
+  };
   Registers registers;
   bool found = false;
   Row row = from == 0 ? first_row_ : later_row_;
   if (row == none) return false;
   std::size_t position = row == later_row_ ? skip_to_start(text, from) : from;
   while (position < text.size()) {
-    const std::uint32_t transition =
-        transitions_[row + kind_of_byte_[static_cast<unsigned char>(text[position])]];
-    if (transition < first_action) {
-      row = transition;
+    const std::uint32_t next = transition(row, position);
+    if (next == row) {
+      // A run of bytes that a state takes without leaving it: no look into the table waits for the one
+      // before.
+      do {
+        ++position;
+      } while (position < text.size() && transition(row, position) == row);
+      continue;
+    }
+    if (next < first_action) {
+      row = next;
       ++position;
       continue;
     }
-    const Action& action = actions_[transition - first_action];
+    const Action& action = actions_[next - first_action];
     if (action.match != none) {
       note_match(action.match, registers, position, slots);
       found = true;
