@@ -1,0 +1,63 @@
+#!/usr/bin/env bash
+# Builds and runs programs of somebody else against what BUILD_DIRs install, and with the tree as a subdirectory.
+#   tests/consumer/run.sh build/release build/static
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+tree=$PWD
+work=$tree/build/consumers
+rm -rf "$work"
+mkdir -p "$work"
+passed=0
+
+# expect WHAT EXPECTED COMMAND...: the command's output is what was expected.
+expect() {
+  local what=$1 expected=$2 output
+  shift 2
+  output=$("$@") || { echo "consumers: $what: failed: $*" >&2; exit 1; }
+  [ "$output" = "$expected" ] || { echo "consumers: $what: expected '$expected', got '$output'" >&2; exit 1; }
+  passed=$((passed + 1))
+  echo "consumers: $what: passed"
+}
+
+# with_cmake WHAT ARG...: builds tests/consumer by CMake and runs both programs.
+with_cmake() {
+  local what=$1 build
+  build="$work/$(echo "$what" | tr ' ' '_')"
+  shift
+  cmake -S tests/consumer -B "$build" -G Ninja --log-level=WARNING \
+    -DCMAKE_CXX_COMPILER=g++ -DCMAKE_CXX_COMPILER_LAUNCHER=ccache "$@" >"$build.log" &&
+    cmake --build "$build" --parallel >>"$build.log" || { cat "$build.log" >&2; exit 1; }
+  expect "$what" "$expected" "$build/consumer"
+  expect "$what, a sibling alone" 2003-05-17 "$build/sibling_consumer"
+}
+
+expected=$(cat tests/consumer/expected.txt)
+for build in "$@"; do
+  kind=$(basename "$build")
+  cmake --install "$build" --prefix "$work/first" >/dev/null
+  prefix="$work/moved $kind"  # a blank in the path, and not where it was installed
+  mv "$work/first" "$prefix"
+
+  expect "$kind: the installed program starts" "dbentry 1.0.0" "$prefix/bin/dbentry" --version
+  with_cmake "$kind: find_package" "-DCMAKE_PREFIX_PATH=$prefix"
+
+  plain_prefix="$work/$kind"  # flags of pkg-config are split at blanks by the shell
+  mv "$prefix" "$plain_prefix"
+  export PKG_CONFIG_PATH
+  PKG_CONFIG_PATH=$(dirname "$(find "$plain_prefix" -name database_entry.pc)")
+  libraries=$(pkg-config --variable=libdir database_entry)
+  static_flag=$([ "$kind" = static ] && echo --static || true)
+  g++ -std=c++20 tests/consumer/consumer.cpp -o "$work/$kind-pkg-config" \
+    $(pkg-config --cflags --libs $static_flag database_entry)
+  expect "$kind: pkg-config" "$expected" env "LD_LIBRARY_PATH=$libraries" "$work/$kind-pkg-config"
+  expect "$kind: pkg-config knows the version" 1.0.0 pkg-config --modversion database_entry
+
+  folders=$(cd "$plain_prefix/include" && find . -mindepth 1 -maxdepth 2 -type d | sort | tr '\n' ' ')
+  root=./database_entry-1
+  expect "$kind: one include root, one folder a library" \
+    "$root $root/chemistry $root/database_entry $root/mathematics $root/regex $root/symmetry $root/utilities " echo "$folders"
+done
+
+with_cmake "subdirectory, static" "-DSOURCE_TREE=$tree"
+with_cmake "subdirectory, shared" "-DSOURCE_TREE=$tree" -DBUILD_SHARED_LIBS=ON
+echo "consumers: $passed passed"
