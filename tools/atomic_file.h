@@ -1,0 +1,42 @@
+// A file that appears whole or not at all.
+//
+//   AtomicFile file("structures.dbe");
+//   Archive archive(file.stream());
+//   entry.write(archive);
+//   file.commit();                 // now, and only now, structures.dbe is the new file
+//
+// The bytes go to a temporary name in the folder of the target, are handed to the disk, and the temporary is
+// then renamed. Destruction before commit() and the signals of stop_signals() remove the temporary; a process
+// that is killed outright may leave it, which disturbs no later one. A symbolic link keeps pointing to its
+// target, which is replaced; a target that is no regular file (a pipe, a device) is written to directly.
+//
+// Fails: ToolError, exit code 4, with the target and the system's reason; the old file stays.
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+class AtomicFile {
+ public:
+  explicit AtomicFile(const std::string& target);
+  ~AtomicFile();
+  AtomicFile(const AtomicFile&) = delete;
+  AtomicFile& operator=(const AtomicFile&) = delete;
+
+  [[nodiscard]] FILE* stream() const { return stream_; }
+
+  // Once. Gives the number of bytes in the file.
+  long commit();
+
+ private:
+  void abandon() noexcept;
+
+  std::string name_;       // as the caller gave it, for messages
+  std::string target_;     // what is replaced: the end of all symbolic links
+  std::string temporary_;  // empty when the target is written to directly
+  FILE* stream_ = nullptr;
+};
+
+// Interrupt, termination and hang-up remove the temporaries that stand and then end the process as they
+// always do. A closed pipe and a file-size limit become failed writes, which have messages.
+void prepare_signals();

@@ -1,0 +1,9 @@
+// The command line of dbentry, from the arguments to the exit code.
+#pragma once
+
+#include "tools/terminal.h"
+#include "tools/tool_error.h"
+
+// Runs the subcommand that the arguments name. Every failure becomes a message and an exit code; the one that
+// passes is ClosedPipe, for the caller to end quietly.
+[[nodiscard]] ExitCode run_command_line(int argument_count, const char* const* arguments, Terminal& terminal);

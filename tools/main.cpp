@@ -1,0 +1,45 @@
+// dbentry: makes, reads and compares stored archives of crystal-structure entries.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <iostream>
+
+#include "tools/atomic_file.h"
+#include "tools/command_line.h"
+#include "tools/standard_output.h"
+
+namespace {
+
+// A standard stream that was closed before the start would otherwise be the next file that is opened, and
+// messages would end up in it. Opened the wrong way round, so that using it still fails.
+void fill_closed_standard_streams() {
+  for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
+    if (::fcntl(descriptor, F_GETFD) != -1) continue;
+    ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
+}
+
+}  // namespace
+
+int main(int argument_count, char** arguments) {
+  fill_closed_standard_streams();
+  prepare_signals();
+  try {
+    StandardOutput buffer(STDOUT_FILENO);
+    std::ostream out(&buffer);
+    out.exceptions(std::ios::badbit);
+    Terminal terminal{out, std::cerr, ::isatty(STDOUT_FILENO) != 0, ::isatty(STDERR_FILENO) != 0};
+    try {
+      return static_cast<int>(run_command_line(argument_count, arguments, terminal));
+    } catch (const ToolError& error) {
+      // The output itself has failed while a message was to follow it.
+      std::cerr << "dbentry: " << error.what() << '\n';
+      return static_cast<int>(error.code());
+    }
+  } catch (const ClosedPipe&) {
+    return static_cast<int>(ExitCode::done);
+  } catch (const std::exception& error) {
+    std::cerr << "dbentry: " << error.what() << '\n';
+    return static_cast<int>(ExitCode::problems);
+  }
+}
