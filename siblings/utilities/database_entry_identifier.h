@@ -17,7 +17,8 @@ class UTILITIES_EXPORT DatabaseEntryIdentifier {
   explicit DatabaseEntryIdentifier(const std::string& text) : text_(text) {}
 
   [[nodiscard]] const std::string& text() const& { return text_; }
-  const std::string& text() const&& = delete;
+  // A copy: `entry.identifier().text()` may be kept.
+  [[nodiscard]] std::string text() const&& { return text_; }
 
   void write(Archive& archive) const;
   void read(Archive& archive);

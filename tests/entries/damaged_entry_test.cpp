@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <malloc.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <limits>
 #include <new>
@@ -15,21 +16,40 @@ namespace {
 std::size_t live_bytes = 0;
 std::size_t peak_bytes = 0;
 
-}  // namespace
-
-// Every allocation of this program is counted.
-void* operator new(std::size_t size) {
-  void* const memory = std::malloc(size);
-  if (memory == nullptr) throw std::bad_alloc();
+void* counted(void* memory) {
   live_bytes += malloc_usable_size(memory);
   peak_bytes = std::max(peak_bytes, live_bytes);
   return memory;
+}
+
+}  // namespace
+
+// Every allocation of this program is counted; arrays too.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return counted(std::malloc(size));
+}
+void* operator new(std::size_t size) {
+  void* const memory = operator new(size, std::nothrow);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+void* operator new[](std::size_t size) {
+  return operator new(size);
 }
 void operator delete(void* memory) noexcept {
   live_bytes -= malloc_usable_size(memory);
   std::free(memory);
 }
 void operator delete(void* memory, std::size_t) noexcept {
+  operator delete(memory);
+}
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
+  operator delete(memory);
+}
+void operator delete[](void* memory) noexcept {
+  operator delete(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
   operator delete(memory);
 }
 

@@ -9,6 +9,11 @@ TEST(DatabaseEntryIdentifier, IsEmptyByDefault) {
   EXPECT_EQ(printed(DatabaseEntryIdentifier()), "");
 }
 
+TEST(DatabaseEntryIdentifier, GivesItsTextToKeepWhenItIsATemporary) {
+  const std::string& kept = DatabaseEntryIdentifier("ABCDEF01").text();
+  EXPECT_EQ(kept, "ABCDEF01");
+}
+
 TEST(DatabaseEntryIdentifier, PrintsItsTextAndNothingElse) {
   EXPECT_EQ(printed(DatabaseEntryIdentifier("ABCDEF01")), "ABCDEF01");
 }
