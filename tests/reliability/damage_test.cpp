@@ -1,0 +1,64 @@
+// Every way of damaging a full example of everything that is archived: each read ends in an exception of a
+// documented type or in an object that writes and reads back, leaks nothing, and takes memory in proportion
+// to the stream.
+#include "support/damage.h"
+
+#include <gtest/gtest.h>
+
+#include "support/heap.h"
+#include "support/subjects.h"
+
+namespace {
+
+// What any stream may cost at most.
+constexpr std::size_t heap_per_byte = 32;
+constexpr std::size_t heap_base = 1 << 20;
+
+class Damaged : public testing::TestWithParam<Subject> {
+ protected:
+  static void examine(const std::string& stream, const Damage& damage) {
+    const std::size_t live = heap::live_bytes();
+    heap::start_peak();
+    const std::string problem = problem_with(GetParam(), stream);
+    const std::size_t peak = heap::peak_bytes();
+    ASSERT_EQ(problem, "") << damage;
+    ASSERT_LE(peak, heap_per_byte * stream.size() + heap_base) << damage;
+    ASSERT_EQ(heap::live_bytes(), live) << damage;
+  }
+  [[nodiscard]] static const std::string& whole() { return GetParam().layout.bytes(); }
+};
+
+TEST_P(Damaged, TheUndamagedStreamReadsBack) {
+  examine(whole(), {"nothing", 0, 0});
+}
+
+TEST_P(Damaged, EveryTruncationEndsInADocumentedState) {
+  for_every_truncation(whole(), examine);
+}
+
+TEST_P(Damaged, EveryByteTakesEveryValue) {
+  for_every_byte_value(whole(), examine);
+}
+
+TEST_P(Damaged, EveryCountLengthAndEnumerationTakesTwelveBoundaryValues) {
+  for_every_boundary_value(GetParam().layout, examine);
+}
+
+// What may follow a size that lies, for a megabyte: bytes, empty texts, pairs of a member and an empty text.
+const std::string followers[] = {"x", int32(0), int32(1), bytes(int32(1), int32(0)), bytes(int32(1), "x")};
+
+TEST_P(Damaged, NoSizeThatLiesMakesALongStreamCostly) {
+  for (const Place& place : GetParam().layout.places()) {
+    if (!place.is_size) continue;
+    for (const std::string& follower : followers) {
+      std::string stream = whole().substr(0, place.offset) + int32(std::numeric_limits<std::int32_t>::max());
+      while (stream.size() < heap_base) stream += follower;
+      examine(stream, {place.name.c_str(), place.offset, follower.back()});
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Everything, Damaged, testing::ValuesIn(subjects()),
+                         testing::PrintToStringParamName());
+
+}  // namespace

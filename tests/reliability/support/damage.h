@@ -1,0 +1,71 @@
+// The ways in which a valid stream is damaged, all of them, none sampled.
+//
+//   for_every_truncation(layout, [](const std::string& damaged, const Damage& damage) { ... });
+#pragma once
+
+#include <array>
+#include <limits>
+#include <ostream>
+
+#include "layout.h"
+
+// What was done, for the message of a test that fails.
+struct Damage {
+  const char* kind;
+  std::size_t offset;
+  std::int64_t value;
+};
+
+inline std::ostream& operator<<(std::ostream& os, const Damage& damage) {
+  return os << damage.kind << " at offset " << damage.offset << ", value " << damage.value;
+}
+
+template <class Visit>
+void for_every_truncation(const std::string& whole, const Visit& visit) {
+  for (std::size_t size = 0; size < whole.size(); ++size) {
+    visit(whole.substr(0, size), Damage{"truncation", size, 0});
+  }
+}
+
+template <class Visit>
+void for_every_bit_flip(const std::string& whole, const Visit& visit) {
+  std::string damaged = whole;
+  for (std::size_t offset = 0; offset < whole.size(); ++offset) {
+    for (int bit = 0; bit < 8; ++bit) {
+      damaged[offset] = static_cast<char>(whole[offset] ^ (1 << bit));
+      visit(damaged, Damage{"bit flip", offset, bit});
+    }
+    damaged[offset] = whole[offset];
+  }
+}
+
+template <class Visit>
+void for_every_byte_value(const std::string& whole, const Visit& visit) {
+  std::string damaged = whole;
+  for (std::size_t offset = 0; offset < whole.size(); ++offset) {
+    for (int value = 0; value < 256; ++value) {
+      damaged[offset] = static_cast<char>(value);
+      visit(damaged, Damage{"byte", offset, value});
+    }
+    damaged[offset] = whole[offset];
+  }
+}
+
+// Around zero, around the true value, around the limits of one byte and two, and the ends of the range.
+inline std::array<std::int32_t, 12> boundary_values(std::int32_t true_value) {
+  using limits = std::numeric_limits<std::int32_t>;
+  return {limits::min(), limits::min() + 1, -2,           -1, 0, true_value - 1, true_value + 1, 256, 65'536,
+          1 << 30,       limits::max() - 1, limits::max()};
+}
+
+template <class Visit>
+void for_every_boundary_value(const Layout& layout, const Visit& visit) {
+  std::string damaged = layout.bytes();
+  for (const Place& place : layout.places()) {
+    for (const std::int32_t value : boundary_values(place.value)) {
+      damaged.replace(place.offset, 4, int32(value));
+      visit(damaged, Damage{place.name.c_str(), place.offset, value});
+    }
+    damaged.replace(place.offset, 4, int32(place.value));
+  }
+}
