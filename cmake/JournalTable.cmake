@@ -21,7 +21,7 @@ function(journal_table target)
   set(source ${CMAKE_CURRENT_BINARY_DIR}/${target}_journal_table_lines.cpp)
   add_custom_command(OUTPUT ${source}
     COMMAND database_entry_journal_table_generator ${TABLE_LIST} ${source}
-    DEPENDS ${TABLE_LIST}
+    DEPENDS database_entry_journal_table_generator ${TABLE_LIST}
     COMMENT "Journal table of ${target}"
     VERBATIM)
   # The target may belong to another folder, which sees the source but not the command that makes it.
