@@ -21,4 +21,8 @@ class CHEMISTRY_EXPORT Connectivity {
   // Makes new atoms and bonds. Throws ArchiveError where the stream ends or a count is negative, and
   // std::invalid_argument for a bond to an atom that is not in the list; the atoms and bonds before it stay.
   void read(Archive& archive);
+
+  // The atoms by value, the bonds by the positions of their atoms and by type, all in order. A null atom or
+  // bond equals another null one; a bond to an atom that is not in the list equals none.
+  friend CHEMISTRY_EXPORT bool operator==(const Connectivity& left, const Connectivity& right);
 };

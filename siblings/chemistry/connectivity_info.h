@@ -24,6 +24,11 @@ class CHEMISTRY_EXPORT ConnectivityInfo {
   // "atoms: 6, bonds: 6" and a line end.
   void print(std::ostream& os) const;
 
+  // The connectivities by value.
+  friend bool operator==(const ConnectivityInfo& left, const ConnectivityInfo& right) {
+    return *left.connectivity_ == *right.connectivity_;
+  }
+
  private:
   THandle<Connectivity> connectivity_;
 };

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view axes = "xyz";
 
-// No translation is as large; keeps every sum finite.
+// No translation is as large. What a text may say, xyz() can say in a text that may be read again.
 constexpr double most = 1000.0;
 
 // Reads one triplet, character by character, each looked at once.
@@ -44,6 +44,7 @@ class TripletReader {
       const double number = read_number();
       if (axis() == axes.npos) {
         translation += sign * number;
+        if (!(std::abs(translation) < most)) fail("the translation is not below 1000");
         return;
       }
       if (position_ - start > 2 || number != std::floor(number)) {
@@ -53,8 +54,8 @@ class TripletReader {
     }
     const std::size_t column = axis();
     if (column == axes.npos) fail("x, y, z or a number is missing");
-    ++position_;
     if (row[column] != 0) fail("an axis stands twice in one sum");
+    ++position_;
     row[column] = sign * factor;
   }
 

@@ -1,0 +1,65 @@
+#include <chemistry/atom.h>
+#include <gtest/gtest.h>
+
+#include "stored_chemistry.h"
+
+namespace {
+
+Atom carbon() {
+  Atom atom;
+  atom.label = "C1";
+  atom.element = "C";
+  atom.position = {0.25, 0.5, 0.75};
+  atom.occupancy = 0.5;
+  return atom;
+}
+
+TEST(Atom, IsFullyOccupiedByDefault) {
+  EXPECT_EQ(Atom().occupancy, 1.0);
+  EXPECT_EQ(Atom().position, FractionalCoordinates());
+}
+
+TEST(Atom, IsItsTextsThenItsNumbers) {
+  EXPECT_EQ(written([](Archive& archive) { carbon().write(archive); }), stored_carbon());
+}
+
+TEST(Atom, ReadsBackWhole) {
+  Atom atom;
+  EXPECT_EQ(read_from(stored_carbon(), [&](Archive& archive) { atom.read(archive); }),
+            static_cast<long>(stored_carbon().size()));
+  EXPECT_EQ(atom, carbon());
+}
+
+TEST(Atom, DiffersInAnySingleField) {
+  Atom atom = carbon();
+  atom.occupancy = 1.0;
+  EXPECT_NE(atom, carbon());
+  atom = carbon();
+  atom.position.z = 0.0;
+  EXPECT_NE(atom, carbon());
+  atom = carbon();
+  atom.label = "C2";
+  EXPECT_NE(atom, carbon());
+  atom = carbon();
+  atom.element = "N";
+  EXPECT_NE(atom, carbon());
+}
+
+TEST(Atom, ThrowsWhereverTheStreamEnds) {
+  for_every_truncation(stored_carbon(), [](const std::string& stored) {
+    Atom atom;
+    EXPECT_THROW(read_from(stored, [&](Archive& archive) { atom.read(archive); }), ArchiveError)
+        << stored.size();
+  });
+}
+
+TEST(Atom, KeepsTheShortTextThatAStreamEndsIn) {
+  Atom atom = carbon();
+  const std::string stored = bytes(text("N1"), int32(5), "Fe");
+  EXPECT_THROW(read_from(stored, [&](Archive& archive) { atom.read(archive); }), ArchiveError);
+  EXPECT_EQ(atom.label, "N1");
+  EXPECT_EQ(atom.element, "Fe");
+  EXPECT_EQ(atom.position, carbon().position);
+}
+
+}  // namespace
