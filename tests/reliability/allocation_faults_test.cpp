@@ -2,11 +2,10 @@
 // to leave its object as it was does, and a read leaves an object that can be used.
 #include <database_entry/database_entry.h>
 #include <gtest/gtest.h>
+#include <reliability/support/heap.h>
+#include <reliability/support/subjects.h>
 
 #include <sstream>
-
-#include "support/heap.h"
-#include "support/subjects.h"
 
 namespace {
 

@@ -1,12 +1,10 @@
 // Every way of damaging a full example of everything that is archived: each read ends in an exception of a
 // documented type or in an object that writes and reads back, leaks nothing, and takes memory in proportion
 // to the stream.
-#include "support/damage.h"
-
 #include <gtest/gtest.h>
-
-#include "support/heap.h"
-#include "support/subjects.h"
+#include <reliability/support/damage.h>
+#include <reliability/support/heap.h>
+#include <reliability/support/subjects.h>
 
 namespace {
 

@@ -1,12 +1,11 @@
 // Output streams that fail at a chosen character: what stood before it was written, the failure reaches the
 // caller, and the object is as it was.
 #include <gtest/gtest.h>
+#include <reliability/support/heap.h>
+#include <reliability/support/subjects.h>
 
 #include <sstream>
 #include <streambuf>
-
-#include "support/heap.h"
-#include "support/subjects.h"
 
 namespace {
 

@@ -1,10 +1,9 @@
 // What a read that fails leaves behind: the fields before the failure are new, the others are old.
 #include <database_entry/database_entry.h>
 #include <gtest/gtest.h>
+#include <reliability/support/subjects.h>
 
 #include <limits>
-
-#include "support/subjects.h"
 
 namespace {
 

@@ -1,11 +1,10 @@
 // Streams that come in pieces, are interrupted at every call, or fill up.
 #include <gtest/gtest.h>
+#include <reliability/support/failing_streams.h>
+#include <reliability/support/subjects.h>
 #include <sys/resource.h>
 
 #include <csignal>
-
-#include "support/failing_streams.h"
-#include "support/subjects.h"
 
 namespace {
 

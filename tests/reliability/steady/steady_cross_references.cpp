@@ -1,8 +1,13 @@
 // steady_cross_references COUNT [RATIO]: one set of COUNT / 2 cross-references, then one of COUNT: made,
 // written and read back. The second takes twice the memory; with RATIO, at most that many times the processor
 // time, which is little more than 2: the search tree is deeper by one.
-#include "../support/heap.h"
-#include "../support/memory_stream.h"
+#include <database_entry/database_entry.h>
+#include <reliability/support/heap.h>
+#include <reliability/support/memory_stream.h>
+
+#include <cstdlib>
+#include <ctime>
+#include <iostream>
 
 namespace {
 

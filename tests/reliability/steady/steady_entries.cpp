@@ -1,12 +1,13 @@
-// steady_entries COUNT: writes, reads and drops COUNT full entries. The free store holds the same at the end
-// of each tenth, and no tenth takes much longer than the quickest.
+// steady_entries COUNT [RATIO]: writes, reads and drops COUNT full entries. The free store holds the same at
+// the end of each tenth; with RATIO, no tenth takes more than that many times the processor time of the
+// quickest.
+#include <reliability/support/heap.h>
+#include <reliability/support/subjects.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <ctime>
 #include <iostream>
-
-#include "../support/heap.h"
-#include "../support/subjects.h"
 
 namespace {
 
