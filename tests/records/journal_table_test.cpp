@@ -76,7 +76,7 @@ TEST(JournalTable, ConvertsTheFlagBehindItsBlanks) {
 TEST(JournalTable, HasNothingInColumnsBehindTheEndOfALine) {
   const std::string line(33, 'x');
   EXPECT_EQ(journal_table::title(line), "");
-  for (const std::size_t length : {0, 4, 28, 32}) {
+  for (const std::size_t length : {0U, 4U, 28U, 32U}) {
     const std::string_view cut = std::string_view(line).substr(0, length);
     EXPECT_EQ(
         message_of<std::out_of_range>([&] { static_cast<void>(journal_table::title(cut)); }),
