@@ -1,5 +1,4 @@
 #include <database_entry/records/journal_table.h>
-#include <utilities/trim.h>
 
 #include <charconv>
 #include <stdexcept>
@@ -8,12 +7,23 @@
 namespace journal_table {
 namespace {
 
+bool is_blank(char character) {
+  return character == ' ' || character == '\t';
+}
+
+// As trim() of the utilities, without its copies: a state is asked for by the million.
+std::string_view trimmed(std::string_view text) {
+  while (!text.empty() && is_blank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && is_blank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
 std::string_view cut(std::string_view line, std::size_t first, std::size_t width = std::string_view::npos) {
   if (first > line.size()) {
     throw std::out_of_range("basic_string::substr: a journal line of " + std::to_string(line.size()) +
                             " characters has no column " + std::to_string(first));
   }
-  return trim_view(line.substr(first, width), " \t");
+  return trimmed(line.substr(first, width));
 }
 
 }  // namespace
