@@ -613,7 +613,7 @@ class EntryMapper {
       const auto length = cif_number(row.str(distance));
       if (one == by_label.end()) unknown.insert(row.str(first));
       if (other == by_label.end()) unknown.insert(row.str(second));
-      if (!length) warn(line_of(table), "the length of a bond is not a number: '{}'", row.str(distance));
+      if (!length) warn(line_of(table), "the length of a bond is not a number: '{}'", row[distance]);
       if (one == by_label.end() || other == by_label.end() || !length) continue;
       bonds->push_back(
           THandle<PublishedBond>(new PublishedBond(one->second, other->second, *length, false, false)));

@@ -9,6 +9,8 @@
 #include <functional>
 #include <new>
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include "tools/commands.h"
 #include "tools/nearest_name.h"
@@ -39,6 +41,7 @@ class CommandLine {
   }
 
   ExitCode run(int argument_count, const char* const* arguments) {
+    arguments_.assign(arguments, arguments + argument_count);
     if (argument_count > 1 && arguments[1][0] != '-') check_command(arguments[1]);
     try {
       app_.parse(argument_count, arguments);
@@ -70,19 +73,17 @@ class CommandLine {
     const CLI::App* command = app_.get_subcommands().empty() ? &app_ : app_.get_subcommands().front();
     const std::string help =
         fmt::format("; see: dbentry {}--help", command == &app_ ? "" : command->get_name() + " ");
-    if (error.get_name() != "ExtrasError") return help;
-    std::vector<std::string> known;
-    for (const CLI::Option* option : command->get_options()) known.push_back(option->get_name(false, true));
+    if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::ExtrasError)) return help;
     std::vector<std::string> names;
-    for (const std::string& list : known) {
-      std::istringstream parts(list);
-      for (std::string part; std::getline(parts, part, ',');) {
-        if (part.rfind("--", 0) == 0) names.push_back(part);
-      }
+    for (const CLI::Option* option : command->get_options()) {
+      for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
     }
-    for (const std::string& extra : command->remaining()) {
-      const auto nearest = extra.rfind("--", 0) == 0 ? nearest_name(extra, names) : std::nullopt;
-      if (nearest) return fmt::format("; did you mean '{}'?", *nearest);
+    for (const std::string& argument : arguments_) {
+      if (argument.rfind("--", 0) != 0) continue;
+      const std::string option = argument.substr(0, argument.find('='));
+      if (std::find(names.begin(), names.end(), option) != names.end()) continue;
+      if (const auto nearest = nearest_name(option, names))
+        return fmt::format("; did you mean '{}'?", *nearest);
     }
     return help;
   }
@@ -191,6 +192,7 @@ class CommandLine {
   VerifyOptions verify_;
   JournalsOptions journals_;
   DiffOptions diff_;
+  std::vector<std::string> arguments_;
   std::function<ExitCode()> command_;
 };
 
@@ -211,7 +213,8 @@ ExitCode run_command_line(int argument_count, const char* const* arguments, Term
   } catch (const ClosedPipe&) {
     throw;
   } catch (const ToolError& error) {
-    terminal.out.flush();
+    // What was printed comes before the message, unless it is the output that has failed.
+    if (terminal.out.good()) terminal.out.flush();
     write_message(terminal, error.what());
     return error.code();
   } catch (const std::bad_alloc&) {

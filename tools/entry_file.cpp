@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <new>
 #include <set>
 
 #include "tools/nearest_name.h"
@@ -34,14 +35,23 @@ THandle<StoredEntry> EntryFile::next() {
   offset_ = std::ftell(file_.get());
   ++number_;
   THandle<StoredEntry> entry = empty_entry();
+  std::string reason;
   try {
     Archive archive(file_.get());
     entry->read(archive);
+    // A text whose bytes are missing is no error of the archive: the next item would tell. The last text of
+    // the last entry has no next item.
+    if (std::feof(file_.get()) != 0) reason = "its last text is cut short";
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (const std::exception& error) {
-    if (std::ferror(file_.get()) != 0) throw system_error(name_, "read", errno);
+    reason = error.what();
+  }
+  if (std::ferror(file_.get()) != 0) throw system_error(name_, "read", errno);
+  if (!reason.empty()) {
     throw ToolError(ExitCode::damaged,
                     fmt::format("{}: {} at offset {} is damaged: {} (reading had come to offset {})", name_,
-                                entry_name(number_, identifier_of(*entry)), offset_, error.what(), end()));
+                                entry_name(number_, identifier_of(*entry)), offset_, reason, end()));
   }
   return entry;
 }

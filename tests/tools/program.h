@@ -1,0 +1,96 @@
+// Runs dbentry as a process of its own.
+//
+//   const Outcome outcome = Program({"list", archive}).run();
+//   EXPECT_EQ(outcome.code, 0);
+#pragma once
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tools/temporary_folder.h"
+
+struct Outcome {
+  int code = -1;   // the exit code; -1 when a signal ended the program
+  int signal = 0;  // the signal that ended it; 0 when none did
+  std::string out;
+  std::string messages;
+};
+
+struct Signalled {
+  int signal;
+  std::chrono::microseconds after;
+};
+
+class Program {
+ public:
+  explicit Program(std::vector<std::string> arguments) : arguments_(std::move(arguments)) {
+    arguments_.insert(arguments_.begin(), DBENTRY_PROGRAM);
+  }
+
+  // Standard output goes to this file instead; the empty name closes it before the start.
+  Program& output_to(const std::string& path) {
+    output_ = path;
+    return *this;
+  }
+  Program& file_size_limit(rlim_t bytes) {
+    file_size_limit_ = bytes;
+    return *this;
+  }
+  Program& signalled(int signal, std::chrono::microseconds after) {
+    signalled_ = {signal, after};
+    return *this;
+  }
+
+  [[nodiscard]] Outcome run() const {
+    const TemporaryFolder folder;
+    const std::string out = output_.value_or(folder.file("out"));
+    const std::string messages = folder.file("messages");
+    std::vector<char*> arguments;
+    for (const std::string& argument : arguments_) arguments.push_back(const_cast<char*>(argument.c_str()));
+    arguments.push_back(nullptr);
+    const pid_t child = ::fork();
+    if (child == 0) {
+      become(out, messages, arguments.data());
+      ::_exit(127);
+    }
+    if (signalled_) {
+      std::this_thread::sleep_for(signalled_->after);
+      ::kill(child, signalled_->signal);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    Outcome outcome;
+    if (WIFEXITED(status)) outcome.code = WEXITSTATUS(status);
+    if (WIFSIGNALED(status)) outcome.signal = WTERMSIG(status);
+    if (!output_) outcome.out = contents_of_file(out);
+    outcome.messages = contents_of_file(messages);
+    return outcome;
+  }
+
+ private:
+  void become(const std::string& out, const std::string& messages, char** arguments) const {
+    ::close(STDOUT_FILENO);
+    if (!out.empty() && ::open(out.c_str(), O_WRONLY | O_CREAT, 0644) != STDOUT_FILENO) return;
+    const int error = ::open(messages.c_str(), O_WRONLY | O_CREAT, 0644);
+    ::dup2(error, STDERR_FILENO);
+    if (error != STDERR_FILENO) ::close(error);
+    if (file_size_limit_) {
+      const rlimit limit = {*file_size_limit_, *file_size_limit_};
+      ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ::execv(arguments[0], arguments);
+  }
+
+  std::vector<std::string> arguments_;
+  std::optional<std::string> output_;
+  std::optional<rlim_t> file_size_limit_;
+  std::optional<Signalled> signalled_;
+};
