@@ -1,6 +1,7 @@
 // Measures the library beside other libraries that do the same work, and closes with one table.
 //
-//   benchmarks [--json=FILE] [--dbentry=PROGRAM --crystals=FOLDER] [--archive=FILE] [--many=COUNT] [--quick]
+//   entry_benchmark [--json=FILE] [--dbentry=PROGRAM --crystals=FOLDER] [--archive=FILE] [--many=COUNT]
+//   [--quick]
 //
 // --dbentry and --crystals measure the import of a folder of CIF files; the entries that come out of it, or
 // those of a stored archive named by --archive, are measured beside the synthetic ones. --many is the size of
@@ -127,7 +128,7 @@ int main(int argc, char** argv) {
   try {
     run({argv, argv + argc});
   } catch (const std::exception& error) {
-    std::cerr << "benchmarks: " << error.what() << '\n';
+    std::cerr << "entry_benchmark: " << error.what() << '\n';
     return 1;
   }
   return 0;

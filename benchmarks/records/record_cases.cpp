@@ -194,9 +194,17 @@ void add_cross_references(Suite& suite) {
     found->emplace_back("GHIJKL01");
     benchmark::DoNotOptimize(found->data());
   });
+}
 
-  // How the cost grows with the number of references and depositions: per text, so that the rows can be
-  // compared.
+// How the cost grows: per reference, deposition and byte, so that the rows of a case would be equal.
+void add_growth(Suite& suite) {
+  const auto found = std::make_shared<std::vector<DatabaseEntryIdentifier>>();
+  const std::string referring = "identifiers of many cross-references, per reference";
+  const std::string depositing = "set_text of many depositions into one record, per deposition";
+  const std::string searching = "identifiers of a long text, per byte";
+  suite.compare_with(referring, "1");
+  suite.compare_with(depositing, "1");
+  suite.compare_with(searching, "100");
   for (const int count : {1, 10, 100}) {
     CrossReferenceInfo info;
     for (int index = 0; index < count; ++index) {
@@ -204,13 +212,27 @@ void add_cross_references(Suite& suite) {
                                          "Isomer no. " + std::to_string(index),
                                          DatabaseEntryIdentifier("ABCDEF01")));
     }
-    const std::string case_name = "identifiers of many cross-references, per reference";
-    suite.compare_with(case_name, "1 reference");
-    suite.measure(case_name, std::to_string(count) + (count == 1 ? " reference" : " references"),
-                  static_cast<std::size_t>(count), 0, [info, found] {
-                    found->clear();
-                    info.cross_related_identifiers(*found);
-                  });
+    const auto items = static_cast<std::size_t>(count);
+    suite.measure(referring, std::to_string(count), items, 0, [info, found] {
+      found->clear();
+      info.cross_related_identifiers(*found);
+    });
+    suite.measure(depositing, std::to_string(count), items, 0, [count] {
+      DepositionInfo record;
+      for (int index = 0; index < count; ++index) {
+        record.set_text(static_cast<DepositionInfo::DepositionType>(index % 12), "VORN 123456");
+      }
+      benchmark::DoNotOptimize(&record);
+    });
+  }
+  for (const std::size_t length : {100U, 1'000U, 10'000U, 100'000U}) {
+    std::string text = "[ABCDEF]";
+    while (text.size() < length) text += " as told by the authors";
+    const DatabaseCrossReference reference(DatabaseCrossReference::racemate, text);
+    suite.measure(searching, std::to_string(length), text.size(), text.size(), [reference, found] {
+      found->clear();
+      reference.identifiers(*found);
+    });
   }
 }
 
@@ -240,5 +262,6 @@ void add_record_cases(Suite& suite) {
   add_summaries(suite);
   add_depositions(suite);
   add_cross_references(suite);
+  add_growth(suite);
   add_deferred_access(suite);
 }
