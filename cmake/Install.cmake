@@ -1,17 +1,12 @@
 # What is installed, and how programs outside this tree find it: find_package and pkg-config.
 include(CMakePackageConfigHelpers)
 get_property(libraries GLOBAL PROPERTY DATABASE_ENTRY_LIBRARIES)
-set(programs "")
-if(TARGET dbentry)
-  set(programs dbentry)
-endif()
 
 # The installed tree may be moved: everything finds its neighbours from where it stands itself.
 file(RELATIVE_PATH libraries_from_programs "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
 set_target_properties(${libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
-if(programs)
-  set_target_properties(${programs} PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_programs}")
-  install(TARGETS ${programs} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+if(TARGET dbentry)
+  set_target_properties(dbentry PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_programs}")
 endif()
 install(TARGETS ${libraries} EXPORT database_entry-targets
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
