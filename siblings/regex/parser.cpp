@@ -134,10 +134,10 @@ class Parser {
         return end_alternative();
       case '^':
         ++position_;
-        return append(open_.back().sequence, add_node(Node::text_start, offset, true));
+        return append(open_.back().sequence, add_node(Node::text_start, offset));
       case '$':
         ++position_;
-        return append(open_.back().sequence, add_node(Node::text_end, offset, true));
+        return append(open_.back().sequence, add_node(Node::text_end, offset));
       case '.':
         ++position_;
         return add_item(add_bytes(offset, ~single('\n')));
@@ -219,9 +219,8 @@ class Parser {
   NodeIndex repeat(NodeIndex item, const Quantifier& quantifier, bool greedy) {
     if (tree_.nodes[item].kind == Node::empty) return item;
     const unsigned int offset = tree_.nodes[item].offset;
-    if (quantifier.maximum == 0) return add_node(Node::empty, offset, true);
-    const bool can_be_empty = quantifier.minimum == 0 || tree_.nodes[item].can_be_empty;
-    const NodeIndex index = add_node(Node::repeat, offset, can_be_empty, item);
+    if (quantifier.maximum == 0) return add_node(Node::empty, offset);
+    const NodeIndex index = add_node(Node::repeat, offset, item);
     tree_.nodes[index].minimum = quantifier.minimum;
     tree_.nodes[index].maximum = quantifier.maximum;
     tree_.nodes[index].greedy = greedy;
@@ -254,7 +253,7 @@ class Parser {
     const unsigned int capture = open_.back().capture;
     const NodeIndex content = close_alternatives();
     if (capture == 0) return content;
-    const NodeIndex index = add_node(Node::group, offset, tree_.nodes[content].can_be_empty, content);
+    const NodeIndex index = add_node(Node::group, offset, content);
     tree_.nodes[index].number = capture;
     return index;
   }
@@ -271,12 +270,7 @@ class Parser {
     NodeIndex content = close_sequence();
     if (!single_alternative) {
       append(open_.back().alternatives, content);
-      const NodeIndex first = open_.back().alternatives.first;
-      bool can_be_empty = false;
-      for (NodeIndex each = first; each != no_node; each = tree_.nodes[each].next_sibling) {
-        can_be_empty = can_be_empty || tree_.nodes[each].can_be_empty;
-      }
-      content = add_node(Node::alternatives, open_.back().offset, can_be_empty, first);
+      content = add_node(Node::alternatives, open_.back().offset, open_.back().alternatives.first);
     }
     open_.pop_back();
     return content;
@@ -285,13 +279,9 @@ class Parser {
   // A sequence of none is empty, a sequence of one is that one.
   NodeIndex close_sequence() {
     const Chain items = open_.back().sequence;
-    if (items.first == no_node) return add_node(Node::empty, open_.back().offset, true);
+    if (items.first == no_node) return add_node(Node::empty, open_.back().offset);
     if (items.first == items.last) return items.first;
-    bool can_be_empty = true;
-    for (NodeIndex each = items.first; each != no_node; each = tree_.nodes[each].next_sibling) {
-      can_be_empty = can_be_empty && tree_.nodes[each].can_be_empty;
-    }
-    return add_node(Node::sequence, tree_.nodes[items.first].offset, can_be_empty, items.first);
+    return add_node(Node::sequence, tree_.nodes[items.first].offset, items.first);
   }
 
   void append(Chain& chain, NodeIndex node) {
@@ -299,12 +289,10 @@ class Parser {
     chain.last = node;
   }
 
-  NodeIndex add_node(Node::Kind kind, std::size_t offset, bool can_be_empty,
-                     NodeIndex first_child = no_node) {
+  NodeIndex add_node(Node::Kind kind, std::size_t offset, NodeIndex first_child = no_node) {
     if (tree_.nodes.size() == 2 * most_instructions) fail(offset, "the pattern is too long");
     Node node;
     node.kind = kind;
-    node.can_be_empty = can_be_empty;
     node.offset = static_cast<unsigned int>(offset);
     node.first_child = first_child;
     tree_.nodes.push_back(node);
@@ -312,7 +300,7 @@ class Parser {
   }
 
   NodeIndex add_bytes(std::size_t offset, const ByteSet& set) {
-    const NodeIndex index = add_node(Node::bytes, offset, false);
+    const NodeIndex index = add_node(Node::bytes, offset);
     const auto known = std::find(tree_.sets.begin(), tree_.sets.end(), set);
     tree_.nodes[index].number = static_cast<unsigned int>(known - tree_.sets.begin());
     if (known == tree_.sets.end()) tree_.sets.push_back(set);

@@ -1,6 +1,7 @@
 #include <regex/program.h>
 #include <regex/regex_error.h>
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -13,22 +14,52 @@ namespace {
 // byte in their present iteration?". If a repeat has taken one, those around it have, so the answer is one
 // number; after a byte is taken it is the number of repeats. Outside of such repeats, and that is nearly
 // always, there is one entry and one way on.
-using Ways = std::vector<InstructionIndex>;
-
+//
+// Programs are written from their end, so a node's ways to enter are the ways on of what stands before it.
+// They lie on a stack, `width_` of them for each node that is being written, and nothing recurses.
 class Compiler {
  public:
-  explicit Compiler(SyntaxTree tree) : tree_(std::move(tree)) {}
+  explicit Compiler(SyntaxTree tree)
+      : tree_(std::move(tree)),
+        extents_(extents(tree_)),
+        program_{{}, std::move(tree_.sets), SlotPlan(tree_, extents_), 0} {}
 
   Program compile() {
-    program_.slots = 2 * (tree_.groups + 1);
     const Node whole;
-    const Ways done{add(whole, {Instruction::match, 0, 0})};
-    program_.start = save(whole, 0, write(tree_.root, save(whole, 1, done))).front();
-    program_.sets = std::move(tree_.sets);
+    ways_.push_back(add(whole, {Instruction::match, 0, 0}));
+    later(Task::write, tree_.root);
+    while (!tasks_.empty()) {
+      const Task task = tasks_.back();
+      tasks_.pop_back();
+      carry_out(task);
+    }
+    program_.start = add(whole, {Instruction::save, ways_.back(), SlotPlan::match_start});
     return std::move(program_);
   }
 
  private:
+  // What is done to the ways on top of the stack.
+  struct Task {
+    enum Kind : std::uint8_t {
+      write,        // replace them by the ways to enter the node
+      write_many,   // the same, `argument` times
+      write_up_to,  // the same, but each time what lies under them may be chosen instead
+      save,         // pass a bracket of a group, whose slot is `argument`
+      choose,       // prefer them, or if the node is lazy do not, to what lies under them
+      copy,         // push a copy of the ways that lie `argument` under the top
+      drop_under,   // forget those that lie under them
+      close_loop    // they enter the body of the repeat, which comes back to the instruction `argument`
+    };
+    Kind kind;
+    NodeIndex node;
+    std::uint32_t argument;
+  };
+
+  // The task that is put off last is carried out first.
+  void later(Task::Kind kind, NodeIndex node, std::uint32_t argument = 0) {
+    tasks_.push_back({kind, node, argument});
+  }
+
   InstructionIndex add(const Node& node, Instruction instruction) {
     if (program_.instructions.size() == most_instructions) {
       throw RegexError(node.offset, "with its repeats written out the pattern takes more than " +
@@ -38,112 +69,160 @@ class Compiler {
     return static_cast<InstructionIndex>(program_.instructions.size() - 1);
   }
 
-  // Programs are written from their end: the ways on come in, the ways to enter come out.
-  // Recursion is as deep as the pattern's brackets, which the parser limits.
-  Ways write(NodeIndex index, Ways next) {
+  // The ways of which `depth` others lie on top.
+  InstructionIndex* ways(std::size_t depth = 0) { return ways_.data() + ways_.size() - (depth + 1) * width_; }
+
+  void carry_out(const Task& task) {
+    switch (task.kind) {
+      case Task::write:
+        return write(task.node);
+      case Task::write_many:
+        if (task.argument == 0) return;
+        later(Task::write_many, task.node, task.argument - 1);
+        return write(task.node);
+      case Task::write_up_to:
+        if (task.argument == 0) return;
+        later(Task::write_up_to, task.node, task.argument - 1);
+        later(Task::choose, task.node);
+        return later(Task::write, tree_.nodes[task.node].first_child);
+      case Task::save:
+        if (!program_.plan.noted(task.argument)) return;
+        return each_way(task.node, Instruction::save, program_.plan.places[task.argument].note);
+      case Task::choose:
+        return choose(tree_.nodes[task.node]);
+      case Task::copy:
+        for (std::size_t way = 0; way < width_; ++way) {
+          ways_.push_back(ways_[ways_.size() - (task.argument + 1) * width_]);
+        }
+        return;
+      case Task::drop_under:
+        ways_.erase(ways_.end() - 2 * static_cast<std::ptrdiff_t>(width_),
+                    ways_.end() - static_cast<std::ptrdiff_t>(width_));
+        return;
+      case Task::close_loop:
+        return close_loop(task);
+    }
+  }
+
+  void write(NodeIndex index) {
     const Node& node = tree_.nodes[index];
     switch (node.kind) {
       case Node::empty:
-        return next;
+        return;
       case Node::bytes:
-        return Ways(next.size(), add(node, {Instruction::bytes, next.back(), node.number}));
+        std::fill_n(ways(), width_, add(node, {Instruction::bytes, ways_.back(), node.number}));
+        return;
       case Node::text_start:
-        return each_way(next, [&](InstructionIndex way) {
-          return add(node, {Instruction::text_start, way, 0});
-        });
+        return each_way(index, Instruction::text_start, 0);
       case Node::text_end:
-        return each_way(next, [&](InstructionIndex way) {
-          return add(node, {Instruction::text_end, way, 0});
-        });
+        return each_way(index, Instruction::text_end, 0);
       case Node::group:
-        return save(node, 2 * node.number, write(node.first_child, save(node, 2 * node.number + 1, next)));
+        later(Task::save, index, 2 * node.number);
+        later(Task::write, node.first_child);
+        return later(Task::save, index, 2 * node.number + 1);
       case Node::sequence:
-        return write_sequence(node.first_child, std::move(next));
+        for (NodeIndex item = node.first_child; item != no_node; item = tree_.nodes[item].next_sibling) {
+          later(Task::write, item);
+        }
+        return;
       case Node::alternatives:
-        return write_alternatives(node, next);
+        return write_alternatives(index);
       case Node::repeat:
-        return write_repeat(node, next);
+        return write_repeat(index);
     }
-    return next;
   }
 
-  template <class Write>
-  static Ways each_way(const Ways& next, Write write_one) {
-    Ways entry(next.size());
-    for (std::size_t way = 0; way < next.size(); ++way) {
-      entry[way] = way > 0 && next[way] == next[way - 1] ? entry[way - 1] : write_one(next[way]);
+  // Where several ways go on alike, they are one.
+  void each_way(NodeIndex node, Instruction::Operation operation, std::uint32_t argument) {
+    InstructionIndex* entry = ways();
+    InstructionIndex next = no_node;
+    for (std::size_t way = 0; way < width_; ++way) {
+      const bool same = way > 0 && entry[way] == next;
+      next = entry[way];
+      entry[way] = same ? entry[way - 1] : add(tree_.nodes[node], {operation, next, argument});
     }
-    return entry;
   }
 
-  Ways save(const Node& node, std::uint32_t slot, const Ways& next) {
-    return each_way(next, [&](InstructionIndex way) { return add(node, {Instruction::save, way, slot}); });
-  }
-
-  Ways write_sequence(NodeIndex first, Ways next) {
-    std::vector<NodeIndex> items;
-    for (NodeIndex item = first; item != no_node; item = tree_.nodes[item].next_sibling)
-      items.push_back(item);
-    for (auto item = items.rbegin(); item != items.rend(); ++item) next = write(*item, std::move(next));
-    return next;
-  }
-
-  Ways write_alternatives(const Node& node, const Ways& next) {
-    std::vector<Ways> entries;
-    for (NodeIndex each = node.first_child; each != no_node; each = tree_.nodes[each].next_sibling) {
-      entries.push_back(write(each, next));
+  void choose(const Node& node) {
+    InstructionIndex* entry = ways();
+    const InstructionIndex* other = ways(1);
+    InstructionIndex preferred = no_node;
+    for (std::size_t way = 0; way < width_; ++way) {
+      const bool same = way > 0 && entry[way] == preferred && other[way] == other[way - 1];
+      preferred = entry[way];
+      entry[way] = same ? entry[way - 1] : add(node, fork(node.greedy, preferred, other[way]));
     }
-    Ways entry = std::move(entries.back());
-    for (std::size_t each = entries.size() - 1; each-- > 0;) entry = choice(node, entries[each], entry);
-    return entry;
   }
 
-  Instruction fork(bool prefer_first, InstructionIndex first, InstructionIndex second) {
+  static Instruction fork(bool prefer_first, InstructionIndex first, InstructionIndex second) {
     return prefer_first ? Instruction{Instruction::fork, first, second}
                         : Instruction{Instruction::fork, second, first};
   }
 
-  Ways choice(const Node& node, const Ways& first, const Ways& second) {
-    Ways entry(first.size());
-    for (std::size_t way = 0; way < entry.size(); ++way) {
-      const bool same = way > 0 && first[way] == first[way - 1] && second[way] == second[way - 1];
-      entry[way] = same ? entry[way - 1] : add(node, fork(node.greedy, first[way], second[way]));
-    }
-    return entry;
-  }
-
-  Ways write_repeat(const Node& node, const Ways& next) {
-    Ways entry = next;
-    unsigned int copies = node.minimum;
-    if (node.maximum == unbounded) {
-      entry = write_loop(node, next);
-      if (node.minimum > 0) --copies;
-    } else {
-      // x{0,2} is (x(x)?)?, where every second choice leaves for good.
-      for (unsigned int each = node.minimum; each < node.maximum; ++each) {
-        entry = choice(node, write(node.first_child, std::move(entry)), next);
+  // The last alternative is written first; each of the others is then preferred to what there is so far. The
+  // ways on lie under it all until the end.
+  void write_alternatives(NodeIndex index) {
+    later(Task::drop_under, index);
+    for (NodeIndex each = tree_.nodes[index].first_child; each != no_node;
+         each = tree_.nodes[each].next_sibling) {
+      const bool last = tree_.nodes[each].next_sibling == no_node;
+      if (!last) {
+        later(Task::drop_under, index);
+        later(Task::choose, index);
       }
+      later(Task::write, each);
+      later(Task::copy, index, last ? 0 : 1);
     }
-    for (; copies > 0; --copies) entry = write(node.first_child, std::move(entry));
-    return entry;
   }
 
-  Ways write_loop(const Node& node, const Ways& next) {
-    const InstructionIndex again = add(node, {Instruction::fork, 0, 0});
-    // An iteration that took a byte may be followed by another; one that took none goes on to what follows.
-    Ways after_body(next.size(), again);
-    if (tree_.nodes[node.first_child].can_be_empty) {
-      after_body = next;
-      after_body.push_back(again);
+  void write_repeat(NodeIndex index) {
+    const Node& node = tree_.nodes[index];
+    if (node.maximum == unbounded) {
+      // x{3,} is xxx+, of which the loop is the last part, so it is written first.
+      if (node.minimum > 1) later(Task::write_many, node.first_child, node.minimum - 1);
+      return open_loop(index);
     }
-    Ways body = write(node.first_child, after_body);
-    body.resize(next.size());
-    program_.instructions[again] = fork(node.greedy, body.back(), next.back());
-    return node.minimum == 0 ? choice(node, body, next) : body;
+    later(Task::write_many, node.first_child, node.minimum);
+    if (node.maximum == node.minimum) return;
+    // x{0,2} is (x(x)?)?, where every second choice leaves for good.
+    later(Task::drop_under, index);
+    later(Task::write_up_to, index, node.maximum - node.minimum);
+    later(Task::copy, index, 0);
+  }
+
+  void open_loop(NodeIndex index) {
+    const Node& node = tree_.nodes[index];
+    const InstructionIndex again = add(node, {Instruction::fork, 0, 0});
+    later(Task::drop_under, index);
+    if (node.minimum == 0) later(Task::choose, index);
+    later(Task::close_loop, index, again);
+    later(Task::write, node.first_child);
+    // An iteration that took a byte may be followed by another; one that took none goes on to what follows.
+    if (extents_[node.first_child].can_be_empty()) {
+      carry_out({Task::copy, index, 0});
+      ways_.push_back(again);
+      ++width_;
+    } else {
+      ways_.resize(ways_.size() + width_, again);
+    }
+  }
+
+  void close_loop(const Task& task) {
+    const Node& node = tree_.nodes[task.node];
+    if (extents_[node.first_child].can_be_empty()) {
+      ways_.pop_back();
+      --width_;
+    }
+    const InstructionIndex body = ways_.back();
+    program_.instructions[task.argument] = fork(node.greedy, body, *(ways(1) + width_ - 1));
   }
 
   SyntaxTree tree_;
+  std::vector<Extent> extents_;
   Program program_;
+  std::vector<Task> tasks_;
+  std::vector<InstructionIndex> ways_;
+  std::size_t width_ = 1;
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 // Internal: callers want regex/regex.h.
 #pragma once
 
+#include <regex/slot_plan.h>
 #include <regex/syntax_tree.h>
 
 #include <cstdint>
@@ -15,7 +16,7 @@ struct Instruction {
   enum Operation : std::uint8_t {
     bytes,       // take a byte of the set `argument`, go on
     fork,        // prefer to go on; the second choice is `argument`
-    save,        // note the position in the slot `argument`, go on
+    save,        // note the position under the number `argument`, go on
     text_start,  // go on at the start of the text only
     text_end,    // go on at the end of the text only
     match        // done
@@ -30,11 +31,11 @@ struct Instruction {
 struct Program {
   std::vector<Instruction> instructions;
   std::vector<ByteSet> sets;
+  SlotPlan plan;
   InstructionIndex start = 0;
-  std::uint32_t slots = 0;  // two a group, begin and end, the whole match being group 0
 };
 
-// Throws RegexError where the pattern asks for too many instructions.
+// Throws RegexError where the pattern asks for too many instructions. Takes stack independent of the pattern.
 Program compile(SyntaxTree tree);
 
 }  // namespace regex_detail

@@ -12,7 +12,7 @@ class Regex::Matcher {
       : program_(regex_detail::compile(std::move(tree))),
         automaton_(regex_detail::TaggedAutomaton::build(program_)) {}
 
-  unsigned int slots() const { return program_.slots; }
+  unsigned int slots() const { return static_cast<unsigned int>(program_.plan.places.size()); }
 
   bool search(const std::string& text, unsigned int from, unsigned int* slots) const {
     return automaton_ ? automaton_->search(text, from, slots)

@@ -8,6 +8,7 @@
 //   }
 //
 // Results own a copy of the matched bytes: they stay valid when the searched text or the expression is gone.
+// A Match only looks into them: it is valid until the next search with the results or their end.
 // Use one object for many searches, it keeps its memory. Threads: one at a time, as any value.
 #pragma once
 
@@ -15,6 +16,7 @@
 
 #include <array>
 #include <string>
+#include <string_view>
 
 class REGEX_EXPORT RegexResults {
  public:
@@ -30,7 +32,8 @@ class REGEX_EXPORT RegexResults {
   // 0 is the whole match, n is the capture group whose bracket opens as the n-th of the pattern. A group in a
   // repeat holds what it took last. Of a group that took no part, and of an index from size() on, the match
   // is not matched(), its text is empty and both its offsets are 0.
-  Match match(unsigned int index) const;
+  Match match(unsigned int index) const&;
+  Match match(unsigned int index) const&& = delete;
 
   // There is a match, and it is of length 0.
   bool empty_match() const noexcept { return size_ > 0 && offsets_[0] == offsets_[1]; }
@@ -48,11 +51,11 @@ class REGEX_EXPORT RegexResults {
   std::string text_;
 };
 
-// One of the matched stretches, by value.
+// One of the matched stretches, as a look into the results; a string made of it stands on its own.
 class REGEX_EXPORT RegexResults::Match {
  public:
-  operator std::string() const { return text_; }
-  std::string str() const { return text_; }
+  operator std::string() const { return str(); }
+  std::string str() const { return std::string(text_); }
   bool matched() const noexcept { return matched_; }
 
   // In bytes from the start of the searched text, wherever the search started; the end is one past the last
@@ -64,17 +67,17 @@ class REGEX_EXPORT RegexResults::Match {
   friend class RegexResults;
   Match() = default;
 
-  std::string text_;
+  std::string_view text_;
   unsigned int begin_ = 0;
   bool matched_ = false;
 };
 
-inline RegexResults::Match RegexResults::match(unsigned int index) const {
+inline RegexResults::Match RegexResults::match(unsigned int index) const& {
   Match match;
   if (index < size_ && offsets_[2 * index] != no_offset) {
     match.matched_ = true;
     match.begin_ = offsets_[2 * index];
-    match.text_.assign(text_, match.begin_ - offsets_[0], offsets_[2 * index + 1] - match.begin_);
+    match.text_ = {text_.data() + (match.begin_ - offsets_[0]), offsets_[2 * index + 1] - match.begin_};
   }
   return match;
 }

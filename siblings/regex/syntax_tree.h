@@ -25,7 +25,6 @@ struct Node {
   enum Kind : std::uint8_t { empty, bytes, text_start, text_end, group, sequence, alternatives, repeat };
 
   Kind kind = empty;
-  bool can_be_empty = true;  // it may match without taking a byte
   bool greedy = true;        // repeat
   unsigned int offset = 0;   // in the pattern
   unsigned int number = 0;   // bytes: index of its set; group: the number of the capture
@@ -36,7 +35,7 @@ struct Node {
 };
 
 struct SyntaxTree {
-  std::vector<Node> nodes;
+  std::vector<Node> nodes;    // a node stands behind its children
   std::vector<ByteSet> sets;  // no two are equal
   NodeIndex root = no_node;
   unsigned int groups = 0;

@@ -13,14 +13,14 @@ class AutomatonBuilder {
 
   std::optional<TaggedAutomaton> build() {
     if (program_.instructions.size() > most_program_instructions) return std::nullopt;
-    automaton_.slots_ = program_.slots;
+    automaton_.slots_ = static_cast<std::uint32_t>(program_.plan.places.size());
     sort_bytes_into_kinds();
 
     threads_.clear();
-    threads_.start(TaggedAutomaton::here, false);
+    threads_.start(here, false);
     automaton_.later_row_ = row(enter(threads_, true, false));
     threads_.clear();
-    threads_.start(TaggedAutomaton::here, true);
+    threads_.start(here, true);
     const bool start_matters = std::any_of(
         program_.instructions.begin(), program_.instructions.end(),
         [](const Instruction& instruction) { return instruction.operation == Instruction::text_start; });
@@ -28,24 +28,28 @@ class AutomatonBuilder {
 
     for (std::uint32_t state = 0; state < states_.size() && !too_large_; ++state) work_out(state);
     if (too_large_) return std::nullopt;
-    find_starts();
+    find_single_start();
     return std::move(automaton_);
   }
 
  private:
   using Move = TaggedAutomaton::Move;
+  using Source = TaggedAutomaton::Source;
   using Row = TaggedAutomaton::Row;
   using Recipe = TaggedAutomaton::Recipe;
   static constexpr std::uint32_t none = TaggedAutomaton::none;
   static constexpr std::uint32_t dead = none;
+  static constexpr Position here = TaggedAutomaton::here;
+  // Only while a transition is worked out: where the state was entered that it leaves.
+  static constexpr Position before = TaggedAutomaton::nowhere + 1;
 
   // These keep an automaton below 1 MB and its building below some milliseconds.
   static constexpr std::size_t most_program_instructions = 500;
   static constexpr std::size_t most_states = 250;
-  static constexpr std::size_t most_slot_values = 20000;
+  static constexpr std::size_t most_notes = 20000;
 
   struct State {
-    std::size_t first_thread;  // into thread_instructions_; the slots lie in thread_slots_ alike
+    std::size_t first_thread;  // into thread_instructions_; the notes lie in thread_notes_ alike
     std::size_t threads;
     std::size_t hash;
     bool may_start;      // no match has been found, so that later attempts matter
@@ -76,7 +80,7 @@ class AutomatonBuilder {
     automaton_.end_of_text_ = static_cast<std::uint32_t>(kinds_.size());
   }
 
-  Row row(std::uint32_t state) const { return state == dead ? none : state * (automaton_.end_of_text_ + 1); }
+  Row row(std::uint32_t state) const { return state == dead ? none : state * (automaton_.run() + 1); }
 
   // The state that these threads are, after their registers have been renamed in the order of first mention;
   // moves_ says what goes into the new registers.
@@ -99,9 +103,9 @@ class AutomatonBuilder {
   void rename_registers(ThreadList& threads) {
     moves_.clear();
     for (std::size_t thread = 0; thread < threads.size(); ++thread) {
-      for (std::uint32_t slot = 0; slot < program_.slots; ++slot) {
-        SlotValue& value = threads.slots(thread)[slot];
-        if (value == unset || value == TaggedAutomaton::here) continue;
+      for (std::uint32_t note = 0; note < program_.plan.notes; ++note) {
+        Position& value = threads.notes(thread)[note];
+        if (value == unset || value == here) continue;
         const auto known =
             std::find_if(moves_.begin(), moves_.end(), [&](const Move& move) { return move.from == value; });
         const auto name = static_cast<std::uint32_t>(known - moves_.begin());
@@ -117,7 +121,7 @@ class AutomatonBuilder {
     const auto add = [&hash](std::size_t value) { hash = (hash ^ value) * 0x9E3779B97F4A7C15U; };
     for (std::size_t thread = 0; thread < threads.size(); ++thread) {
       add(threads.instruction(thread));
-      for (std::uint32_t slot = 0; slot < program_.slots; ++slot) add(threads.slots(thread)[slot]);
+      for (std::uint32_t note = 0; note < program_.plan.notes; ++note) add(threads.notes(thread)[note]);
     }
     return hash;
   }
@@ -125,9 +129,9 @@ class AutomatonBuilder {
   bool has_threads(const State& state, const ThreadList& threads) const {
     if (state.threads != threads.size()) return false;
     for (std::size_t thread = 0; thread < threads.size(); ++thread) {
-      const SlotValue* slots = thread_slots_.data() + (state.first_thread + thread) * program_.slots;
+      const Position* notes = thread_notes_.data() + (state.first_thread + thread) * program_.plan.notes;
       if (thread_instructions_[state.first_thread + thread] != threads.instruction(thread) ||
-          !std::equal(slots, slots + program_.slots, threads.slots(thread))) {
+          !std::equal(notes, notes + program_.plan.notes, threads.notes(thread))) {
         return false;
       }
     }
@@ -139,45 +143,51 @@ class AutomatonBuilder {
         {thread_instructions_.size(), threads.size(), hash, may_start, at_text_start, recipe(threads)});
     for (std::size_t thread = 0; thread < threads.size(); ++thread) {
       thread_instructions_.push_back(threads.instruction(thread));
-      thread_slots_.insert(thread_slots_.end(), threads.slots(thread),
-                           threads.slots(thread) + program_.slots);
+      thread_notes_.insert(thread_notes_.end(), threads.notes(thread),
+                           threads.notes(thread) + program_.plan.notes);
     }
-    if (states_.size() > most_states || thread_slots_.size() > most_slot_values) too_large_ = true;
+    if (states_.size() > most_states || thread_notes_.size() > most_notes) too_large_ = true;
     return static_cast<std::uint32_t>(states_.size() - 1);
   }
 
-  // Where the slots of the matched thread are kept for note_match().
+  // How the slots of the matched thread come about when the search stands where it has matched.
   Recipe recipe(const ThreadList& threads) {
     if (!threads.matched()) return none;
-    std::vector<SlotValue>& recipes = automaton_.recipes_;
-    const SlotValue* slots = threads.slots(threads.size() - 1);
-    recipes.insert(recipes.end(), slots, slots + program_.slots);
-    return static_cast<Recipe>(recipes.size() - program_.slots);
+    const Position* notes = threads.notes(threads.size() - 1);
+    const auto recipe = static_cast<Recipe>(automaton_.recipes_.size());
+    for (const auto [note, distance] : program_.plan.places) {
+      const Position from = note == program_.plan.match_end() ? here : notes[note];
+      automaton_.recipes_.push_back(from == unset ? Source{TaggedAutomaton::nowhere, 0}
+                                                  : Source{from, distance});
+    }
+    return recipe;
   }
 
   // The threads of a state, with `name` for the position at which it is entered.
-  void recall(const State& state, SlotValue name) {
+  void recall(const State& state, Position name) {
     threads_.clear();
     for (std::size_t thread = state.first_thread; thread < state.first_thread + state.threads; ++thread) {
-      threads_.append(thread_instructions_[thread], thread_slots_.data() + thread * program_.slots);
-      for (std::uint32_t slot = 0; slot < program_.slots; ++slot) {
-        SlotValue& value = threads_.slots(threads_.size() - 1)[slot];
-        if (value == TaggedAutomaton::here) value = name;
+      threads_.append(thread_instructions_[thread], thread_notes_.data() + thread * program_.plan.notes);
+      for (std::uint32_t note = 0; note < program_.plan.notes; ++note) {
+        Position& value = threads_.notes(threads_.size() - 1)[note];
+        if (value == here) value = name;
       }
     }
   }
 
   void work_out(std::uint32_t index) {
     const State state = states_[index];
-    recall(state, TaggedAutomaton::before);
+    recall(state, before);
     for (const std::size_t byte : kinds_) {
-      next_.step(threads_, byte, TaggedAutomaton::here);
-      if (state.may_start) next_.start(TaggedAutomaton::here, false);
+      next_.step(threads_, byte, here);
+      if (state.may_start) next_.start(here, false);
       automaton_.transitions_.push_back(transition(index, enter(next_, state.may_start, false)));
     }
-    recall(state, TaggedAutomaton::here);
-    next_.finish(threads_, TaggedAutomaton::here, state.at_text_start);
+    recall(state, here);
+    next_.finish(threads_, here, state.at_text_start);
     automaton_.transitions_.push_back(recipe(next_));
+    automaton_.transitions_.push_back(0);
+    find_run(index);
   }
 
   std::uint32_t transition(std::uint32_t from, std::uint32_t to) {
@@ -189,20 +199,51 @@ class AutomatonBuilder {
     const bool to_search = row(to) == automaton_.later_row_ && from != to;
     if (to != dead && match == none && moves_.empty() && !to_search) return row(to);
 
-    automaton_.actions_.push_back({match, row(to), static_cast<std::uint32_t>(automaton_.moves_.size()),
-                                   static_cast<std::uint32_t>(moves_.size())});
-    automaton_.moves_.insert(automaton_.moves_.end(), moves_.begin(), moves_.end());
+    const std::size_t first_move = automaton_.moves_.size();
+    add_moves();
+    automaton_.actions_.push_back({match, row(to), static_cast<std::uint32_t>(first_move),
+                                   static_cast<std::uint32_t>(automaton_.moves_.size())});
     return static_cast<std::uint32_t>(TaggedAutomaton::first_action + automaton_.actions_.size() - 1);
   }
 
-  void find_starts() {
+  // A transition moves all positions at once, a search one after the other. The registers that are written
+  // are in ascending order; where one is read after it has been written, all values take a detour.
+  void add_moves() {
+    std::vector<Move>& moves = automaton_.moves_;
+    for (Move& move : moves_) {
+      if (move.from == before) move.from = here;
+    }
+    const bool one_by_one =
+        std::all_of(moves_.begin(), moves_.end(), [](const Move& move) { return move.from > move.to; });
+    for (Move& move : moves_) {
+      if (one_by_one) break;
+      const Position detour = move.to + TaggedAutomaton::most_registers;
+      moves.push_back({detour, move.from});
+      move.from = detour;
+    }
+    moves.insert(moves.end(), moves_.begin(), moves_.end());
+  }
+
+  // Bit by bit the runs get what skips them, the later row's first.
+  void find_run(std::uint32_t state) {
+    const Row from = row(state);
+    const auto stays = [&](std::size_t byte) {
+      return automaton_.transitions_[from + automaton_.kind_of_byte_[byte]] == from;
+    };
+    if (next_run_ == 0 || std::none_of(kinds_.begin(), kinds_.end(), stays)) return;
+    automaton_.transitions_[from + automaton_.run()] = next_run_;
+    for (std::size_t byte = 0; byte < 256; ++byte) {
+      if (stays(byte)) automaton_.runs_of_byte_[byte] |= next_run_;
+    }
+    next_run_ = static_cast<std::uint8_t>(next_run_ << 1);
+  }
+
+  void find_single_start() {
     const Row later = automaton_.later_row_;
     if (later == none) return;
     std::size_t count = 0;
     for (std::size_t byte = 0; byte < 256; ++byte) {
-      const bool starts = automaton_.transitions_[later + automaton_.kind_of_byte_[byte]] != later;
-      automaton_.starts_[byte] = starts;
-      if (!starts) continue;
+      if (automaton_.transitions_[later + automaton_.kind_of_byte_[byte]] == later) continue;
       ++count;
       automaton_.single_start_byte_ = static_cast<char>(byte);
     }
@@ -214,10 +255,11 @@ class AutomatonBuilder {
   std::vector<std::size_t> kinds_;
   std::vector<State> states_;
   std::vector<InstructionIndex> thread_instructions_;
-  std::vector<SlotValue> thread_slots_;
+  std::vector<Position> thread_notes_;
   ThreadList threads_;
   ThreadList next_;
   std::vector<Move> moves_;
+  std::uint8_t next_run_ = 1;
   bool too_large_ = false;
 };
 
@@ -226,22 +268,16 @@ std::optional<TaggedAutomaton> TaggedAutomaton::build(const Program& program) {
 }
 
 bool TaggedAutomaton::search(std::string_view text, std::size_t from, unsigned int* slots) const {
-  const auto transition = [&](Row row, std::size_t position) {
-    return transitions_[row + kind_of_byte_[static_cast<unsigned char>(text[position])]];
-  };
   Registers registers;
+  registers[nowhere] = unset;
   bool found = false;
   Row row = from == 0 ? first_row_ : later_row_;
   if (row == none) return false;
   std::size_t position = row == later_row_ ? skip_to_start(text, from) : from;
   while (position < text.size()) {
-    const std::uint32_t next = transition(row, position);
+    const std::uint32_t next = transitions_[row + kind_of_byte_[static_cast<unsigned char>(text[position])]];
     if (next == row) {
-      // A run of bytes that a state takes without leaving it: no look into the table waits for the one
-      // before.
-      do {
-        ++position;
-      } while (position < text.size() && transition(row, position) == row);
+      position = skip_run(static_cast<std::uint8_t>(transitions_[row + run()]), text, position + 1);
       continue;
     }
     if (next < first_action) {
@@ -250,47 +286,43 @@ bool TaggedAutomaton::search(std::string_view text, std::size_t from, unsigned i
       continue;
     }
     const Action& action = actions_[next - first_action];
+    registers[here] = static_cast<Position>(position);
     if (action.match != none) {
-      note_match(action.match, registers, position, slots);
+      note_match(action.match, registers, slots);
       found = true;
     }
     if (action.next == none) return found;
-    move(action, registers, position);
+    for (std::uint32_t each = action.first_move; each < action.end_of_moves; ++each) {
+      registers[moves_[each].to] = registers[moves_[each].from];
+    }
     row = action.next;
     ++position;
     if (row == later_row_) position = skip_to_start(text, position);
   }
   const Recipe match = transitions_[row + end_of_text_];
   if (match == none) return found;
-  note_match(match, registers, position, slots);
+  registers[here] = static_cast<Position>(position);
+  note_match(match, registers, slots);
   return true;
 }
 
-void TaggedAutomaton::note_match(Recipe match, const Registers& registers, std::size_t position,
-                                 unsigned int* slots) const {
+void TaggedAutomaton::note_match(Recipe match, const Registers& registers, unsigned int* slots) const {
   for (std::uint32_t slot = 0; slot < slots_; ++slot) {
-    const SlotValue value = recipes_[match + slot];
-    slots[slot] = value == unset  ? unset
-                  : value == here ? static_cast<unsigned int>(position)
-                                  : registers[value];
+    const Source& source = recipes_[match + slot];
+    slots[slot] = registers[source.from] + source.distance;
   }
 }
 
-// The moves of an action happen at once, so all values are taken before any is stored.
-void TaggedAutomaton::move(const Action& action, Registers& registers, std::size_t position) const {
-  Registers values;
-  const Move* moves = moves_.data() + action.first_move;
-  for (std::uint32_t each = 0; each < action.moves; ++each) {
-    values[each] =
-        moves[each].from == before ? static_cast<unsigned int>(position) : registers[moves[each].from];
+std::size_t TaggedAutomaton::skip_run(std::uint8_t run, std::string_view text, std::size_t position) const {
+  while (position < text.size() && (runs_of_byte_[static_cast<unsigned char>(text[position])] & run) != 0) {
+    ++position;
   }
-  for (std::uint32_t each = 0; each < action.moves; ++each) registers[moves[each].to] = values[each];
+  return position;
 }
 
 std::size_t TaggedAutomaton::skip_to_start(std::string_view text, std::size_t position) const {
   if (single_start_) return std::min(text.find(single_start_byte_, position), text.size());
-  while (position < text.size() && !starts_[static_cast<unsigned char>(text[position])]) ++position;
-  return position;
+  return skip_run(static_cast<std::uint8_t>(transitions_[later_row_ + run()]), text, position);
 }
 
 }  // namespace regex_detail

@@ -2,11 +2,12 @@
 // Internal: callers want regex/regex.h.
 //
 // Its states are the thread lists of the simulation, worked out once for every kind of byte, while the
-// expression is built. Where a slot of a thread holds a position, the state holds a name for it instead: the
-// number of a register, or "here" for the position at which the state is entered. Naming registers in the
-// order of their first mention makes lists that differ only in positions one state. So a byte costs one look
-// into a table, and only where the positions move between registers, where a match has to be noted, or where
-// nothing can follow, there is more to do.
+// expression is built. Where a thread has noted a position, the state holds a name for it instead: the number
+// of a register, or "here" for the position at which the state is entered. Naming registers in the order of
+// their first mention makes lists that differ only in positions one state. So a byte costs one look into a
+// table, and only where the positions move between registers, where a match has to be noted, or where nothing
+// can follow, there is more to do. Runs of bytes that a state takes without leaving it cost less: they are
+// skipped without the table.
 //
 // Nothing changes after building, and no byte is looked at twice: searches may run side by side and are
 // linear.
@@ -35,11 +36,13 @@ class TaggedAutomaton {
   friend class AutomatonBuilder;
   TaggedAutomaton() = default;
 
-  // Slot values in states and recipes: registers from 0, and these names.
-  static constexpr SlotValue here = unset - 1;
-  // Only while a transition is worked out: where the state was entered that it leaves.
-  static constexpr SlotValue before = unset - 2;
-  static constexpr std::size_t most_registers = 32;
+  // Registers from 0 hold positions while a search runs. Behind those that states may name there are as many
+  // for moves that must not get into each other's way, and one each for where the search stands and for no
+  // position.
+  static constexpr Position most_registers = 32;
+  static constexpr Position here = 2 * most_registers;
+  static constexpr Position nowhere = here + 1;
+  using Registers = std::array<Position, 2 * most_registers + 2>;
 
   using Row = std::uint32_t;     // where the transitions of a state start
   using Recipe = std::uint32_t;  // where the slots of a match start
@@ -47,36 +50,44 @@ class TaggedAutomaton {
   // Transitions from this value on are numbers of actions, below it they are rows.
   static constexpr std::uint32_t first_action = std::uint32_t{1} << 31;
 
-  // A register gets the value of another one, or of the position before the byte.
-  struct Move {
-    std::uint32_t to;
-    SlotValue from;
+  // How a slot of a match comes about.
+  struct Source {
+    Position from;
+    std::uint32_t distance;  // is added
   };
-  using Registers = std::array<unsigned int, most_registers>;
+
+  // A register gets the value of another one.
+  struct Move {
+    Position to;
+    Position from;
+  };
 
   // A transition with something to do, in this order.
   struct Action {
     Recipe match;  // the state that is left has matched and the next one has not: note the match
     Row next;      // none: nothing can follow
     std::uint32_t first_move;
-    std::uint32_t moves;
+    std::uint32_t end_of_moves;
   };
 
-  void note_match(Recipe match, const Registers& registers, std::size_t position, unsigned int* slots) const;
-  void move(const Action& action, Registers& registers, std::size_t position) const;
+  void note_match(Recipe match, const Registers& registers, unsigned int* slots) const;
+  std::size_t skip_run(std::uint8_t run, std::string_view text, std::size_t position) const;
   std::size_t skip_to_start(std::string_view text, std::size_t position) const;
 
   std::array<std::uint8_t, 256> kind_of_byte_{};
-  std::uint32_t end_of_text_ = 0;  // the column, after those of the kinds of bytes, with the final recipe
+  std::array<std::uint8_t, 256> runs_of_byte_{};  // a bit for each run
+  // The columns of a row, after those of the kinds of bytes: the recipe where the text ends, and the bit of
+  // the run of bytes after which the state is still the same, 0 where there was no bit left for it.
+  std::uint32_t end_of_text_ = 0;
+  std::uint32_t run() const { return end_of_text_ + 1; }
   std::vector<std::uint32_t> transitions_;  // row by row
   std::vector<Action> actions_;
   std::vector<Move> moves_;
-  std::vector<SlotValue> recipes_;
+  std::vector<Source> recipes_;
   std::uint32_t slots_ = 0;
   Row first_row_ = none;  // for a search at the start of the text
   Row later_row_ = none;  // for a search that starts later; also the state in which nothing has begun yet
-  // The bytes that lead out of the later row. When it is a single one, it is searched for on its own.
-  std::array<bool, 256> starts_{};
+  // The byte that every match starts with, where there is a single one.
   bool single_start_ = false;
   char single_start_byte_ = 0;
 };

@@ -5,11 +5,11 @@
 namespace regex_detail {
 
 ThreadList::ThreadList(const Program& program)
-    : program_(&program), seen_(program.instructions.size(), 0), path_slots_(program.slots, unset) {}
+    : program_(&program), seen_(program.instructions.size(), 0), path_notes_(program.plan.notes, unset) {}
 
 void ThreadList::clear() {
   threads_.clear();
-  slots_.clear();
+  notes_.clear();
   matched_ = false;
   if (++round_ == 0) {
     std::fill(seen_.begin(), seen_.end(), 0);
@@ -17,49 +17,49 @@ void ThreadList::clear() {
   }
 }
 
-void ThreadList::append(InstructionIndex instruction, const SlotValue* slots) {
+void ThreadList::append(InstructionIndex instruction, const Position* notes) {
   threads_.push_back(instruction);
-  slots_.insert(slots_.end(), slots, slots + program_->slots);
+  notes_.insert(notes_.end(), notes, notes + program_->plan.notes);
   matched_ = program_->instructions[instruction].operation == Instruction::match;
 }
 
-void ThreadList::start(SlotValue here, bool at_text_start) {
+void ThreadList::start(Position here, bool at_text_start) {
   if (matched_) return;
   at_text_start_ = at_text_start;
-  std::fill(path_slots_.begin(), path_slots_.end(), unset);
-  follow(program_->start, path_slots_.data(), here);
+  std::fill(path_notes_.begin(), path_notes_.end(), unset);
+  follow(program_->start, path_notes_.data(), here);
   at_text_start_ = false;
 }
 
-void ThreadList::step(const ThreadList& before, std::size_t byte, SlotValue here) {
+void ThreadList::step(const ThreadList& before, std::size_t byte, Position here) {
   clear();
   for (std::size_t thread = 0; thread < before.size() && !matched_; ++thread) {
     const Instruction& instruction = program_->instructions[before.instruction(thread)];
     if (instruction.operation == Instruction::bytes && program_->sets[instruction.argument][byte]) {
-      follow(instruction.next, before.slots(thread), here);
+      follow(instruction.next, before.notes(thread), here);
     }
   }
 }
 
-void ThreadList::finish(const ThreadList& before, SlotValue here, bool at_text_start) {
+void ThreadList::finish(const ThreadList& before, Position here, bool at_text_start) {
   clear();
   at_text_start_ = at_text_start;
   at_text_end_ = true;
   for (std::size_t thread = 0; thread < before.size() && !matched_; ++thread) {
-    follow(before.instruction(thread), before.slots(thread), here);
+    follow(before.instruction(thread), before.notes(thread), here);
   }
   at_text_start_ = false;
   at_text_end_ = false;
 }
 
-void ThreadList::follow(InstructionIndex first, const SlotValue* slots, SlotValue here) {
-  if (slots != path_slots_.data()) std::copy_n(slots, program_->slots, path_slots_.begin());
+void ThreadList::follow(InstructionIndex first, const Position* notes, Position here) {
+  if (notes != path_notes_.data()) std::copy_n(notes, program_->plan.notes, path_notes_.begin());
   tasks_.push_back({first, 0, 0});
   while (!tasks_.empty()) {
     const Task task = tasks_.back();
     tasks_.pop_back();
     if (task.instruction == restore) {
-      path_slots_[task.slot] = task.value;
+      path_notes_[task.note] = task.value;
       continue;
     }
     if (matched_ || seen_[task.instruction] == round_) continue;
@@ -71,8 +71,8 @@ void ThreadList::follow(InstructionIndex first, const SlotValue* slots, SlotValu
         tasks_.push_back({instruction.next, 0, 0});
         break;
       case Instruction::save:
-        tasks_.push_back({restore, instruction.argument, path_slots_[instruction.argument]});
-        path_slots_[instruction.argument] = here;
+        tasks_.push_back({restore, instruction.argument, path_notes_[instruction.argument]});
+        path_notes_[instruction.argument] = here;
         tasks_.push_back({instruction.next, 0, 0});
         break;
       case Instruction::text_start:
@@ -86,7 +86,7 @@ void ThreadList::follow(InstructionIndex first, const SlotValue* slots, SlotValu
         [[fallthrough]];
       case Instruction::bytes:
       case Instruction::match:
-        append(task.instruction, path_slots_.data());
+        append(task.instruction, path_notes_.data());
         break;
     }
   }

@@ -1,5 +1,5 @@
 // The threads of a search at one position of the text: every way in which a match can still come about, the
-// preferred one first, each with the values of its slots. Internal: callers want regex/regex.h.
+// preferred one first, each with what it has noted (slot_plan.h). Internal: callers want regex/regex.h.
 #pragma once
 
 #include <regex/program.h>
@@ -9,9 +9,9 @@
 
 namespace regex_detail {
 
-// What a thread has noted in a slot: a position of the text, or a name for one (tagged_automaton.h).
-using SlotValue = std::uint32_t;
-inline constexpr SlotValue unset = ~SlotValue{0};
+// What a thread has noted: a position of the text, or a name for one (tagged_automaton.h).
+using Position = std::uint32_t;
+inline constexpr Position unset = ~Position{0};
 
 // Two threads at one instruction have the same future, so only the preferred one is kept, and a list is never
 // longer than the program. Behind a thread that has reached the match there is none: it would be less
@@ -25,39 +25,39 @@ class ThreadList {
   // Some thread, then the last one, has reached the match.
   bool matched() const { return matched_; }
   InstructionIndex instruction(std::size_t thread) const { return threads_[thread]; }
-  SlotValue* slots(std::size_t thread) { return slots_.data() + thread * program_->slots; }
-  const SlotValue* slots(std::size_t thread) const { return slots_.data() + thread * program_->slots; }
+  Position* notes(std::size_t thread) { return notes_.data() + thread * program_->plan.notes; }
+  const Position* notes(std::size_t thread) const { return notes_.data() + thread * program_->plan.notes; }
 
   void clear();
   // Adds a thread as it stands, at an instruction that takes a byte, waits for the end of the text, or is the
   // match.
-  void append(InstructionIndex instruction, const SlotValue* slots);
+  void append(InstructionIndex instruction, const Position* notes);
   // Adds what a new attempt leads to that starts at the position `here`.
-  void start(SlotValue here, bool at_text_start);
+  void start(Position here, bool at_text_start);
   // Becomes what the threads of `before` lead to when they take this byte; `here` is the position after it.
-  void step(const ThreadList& before, std::size_t byte, SlotValue here);
+  void step(const ThreadList& before, std::size_t byte, Position here);
   // Becomes what the threads of `before` lead to when the text ends at their position `here`. That may be its
   // start too.
-  void finish(const ThreadList& before, SlotValue here, bool at_text_start);
+  void finish(const ThreadList& before, Position here, bool at_text_start);
 
  private:
-  // Work still to be done: follow an instruction, or put an older value back into a slot.
+  // Work still to be done: follow an instruction, or put an older value back into a note.
   struct Task {
     InstructionIndex instruction;  // or restore
-    std::uint32_t slot;
-    SlotValue value;
+    std::uint32_t note;
+    Position value;
   };
   static constexpr InstructionIndex restore = ~InstructionIndex{0};
 
-  void follow(InstructionIndex first, const SlotValue* slots, SlotValue here);
+  void follow(InstructionIndex first, const Position* notes, Position here);
 
   const Program* program_;
   std::vector<InstructionIndex> threads_;
-  std::vector<SlotValue> slots_;
+  std::vector<Position> notes_;
   std::vector<std::uint32_t> seen_;  // by instruction: the round in which it was last reached
   std::uint32_t round_ = 1;
   std::vector<Task> tasks_;
-  std::vector<SlotValue> path_slots_;
+  std::vector<Position> path_notes_;
   bool matched_ = false;
   bool at_text_start_ = false;
   bool at_text_end_ = false;

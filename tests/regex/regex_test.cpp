@@ -110,6 +110,16 @@ const Search searches[] = {
     {"[a[b]+", "a[b", "0-3", "a [ in a class is a member"},
     {"[\\n-\\r]+", "\t\n\v\f\r", "1-5", "a range between escapes"},
 
+    // Groups at a fixed distance from an end of the match, or from their own other end.
+    {"(a)(bc)d*(e)(f)", "xabcddef", "1-8 1-2 2-4 6-7 7-8", "from the start and from the end"},
+    {"((a)b)((c)d)", "xabcd", "1-5 1-3 1-2 3-5 3-4", "groups in groups"},
+    {"a*(b|c)(d)?e*(f|gh)", "aacdeegh", "0-8 2-3 3-4 6-8", "of which some are known only when they end"},
+    {"a*(bc)?d*", "aadd", "0-4 x", "a group of fixed length that took no part"},
+    {"a*(b{2}|cd)*e*", "abbcde", "0-6 3-5", "the last iteration of a group of fixed length"},
+    {"b(a*)($)", "baa", "0-3 1-3 3-3", "an empty group at the end"},
+    {"a+(b+)c+(d+)e+(f+)g+(h+)i+(j+)k+", "aabbcddeffghhijkk", "0-17 2-4 5-7 8-10 11-13 14-15",
+     "more runs than are skipped in one go"},
+
     // Bytes that look like operators.
     {"a{", "a{", "0-2", "a { that starts no repeat"},
     {"a{,3}", "a{,3}", "0-5", "a repeat needs its lower count"},
@@ -322,6 +332,23 @@ TEST(Regex, SearchesOnAStackOf64KiB) {
   });
   EXPECT_EQ(small_found, "none");
   EXPECT_EQ(large_found, "none");
+}
+
+TEST(Regex, IsBuiltAndSearchedOnAStackOf64KiBWithBracketsAsDeepAsTheyMayBe) {
+  std::string loops = "a";
+  std::string choices = "a";
+  for (int depth = 0; depth < 50; ++depth) {
+    loops = "(" + loops + ")*";
+    choices = "(b|c" + choices + "d|e{2})";
+  }
+  std::string loops_found;
+  std::string choices_found;
+  on_small_stack([&] {
+    loops_found = found(Regex(loops), "aa").substr(0, 7);
+    choices_found = found(Regex(choices), std::string(50, 'c') + "a" + std::string(50, 'd')).substr(0, 17);
+  });
+  EXPECT_EQ(loops_found, "0-2 2-2");
+  EXPECT_EQ(choices_found, "0-101 0-101 1-100");
 }
 
 TEST(Regex, MayBeSearchedByManyThreadsAtOnce) {
