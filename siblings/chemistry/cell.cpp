@@ -1,5 +1,6 @@
 #include <chemistry/cell.h>
 #include <utilities/sequence_encoding.h>
+#include <utilities/unshared.h>
 
 #include <cmath>
 #include <numbers>
@@ -34,9 +35,9 @@ void Cell::write(Archive& archive) const {
 
 void Cell::read(Archive& archive) {
   read_fields(archive, a_, b_, c_, alpha_, beta_, gamma_);
-  symmetry_operators_ =
-      THandle<std::vector<CrystalSymmetryOperator>>(new std::vector<CrystalSymmetryOperator>);
-  read_fields(archive, *symmetry_operators_);
+  std::vector<CrystalSymmetryOperator>& operators = unshared(symmetry_operators_);
+  operators.clear();
+  read_fields(archive, operators);
 }
 
 void Cell::print(std::ostream& os) const {

@@ -44,8 +44,8 @@ class CHEMISTRY_EXPORT Cell {
 
   // Throws NullHandleError, after the six numbers, when there is no list of operators.
   virtual void write(Archive& archive) const;
-  // Fills a new list of operators: others who share the old one keep it. Throws ArchiveError where the stream
-  // ends or the count is negative; what was read before stays.
+  // Others who share the list of operators keep it as it was: a new one is filled. Throws ArchiveError where
+  // the stream ends or the count is negative; what was read before stays.
   virtual void read(Archive& archive);
   // "a: 10, b: 11, c: 12, alpha: 90, beta: 90, gamma: 90, symmetry operators: 4", without a line end.
   virtual void print(std::ostream& os) const;

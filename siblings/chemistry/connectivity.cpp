@@ -46,7 +46,7 @@ struct StoredBond {
 void Connectivity::write(Archive& archive) const {
   archive << static_cast<int>(atoms.size());
   for (const THandle<ConnectivityAtom>& atom : atoms) atom->write(archive);
-  const Positions positions = positions_of(atoms);
+  const Positions positions = bonds.empty() ? Positions() : positions_of(atoms);
   archive << static_cast<int>(bonds.size());
   for (std::size_t index = 0; index < bonds.size(); ++index) {
     const ConnectivityBond& bond = *bonds[index];

@@ -1,4 +1,5 @@
 #include <chemistry/connectivity_info.h>
+#include <utilities/unshared.h>
 
 #include <ostream>
 
@@ -13,8 +14,7 @@ void ConnectivityInfo::write(Archive& archive) const {
 }
 
 void ConnectivityInfo::read(Archive& archive) {
-  connectivity_ = THandle<Connectivity>(new Connectivity);
-  connectivity_->read(archive);
+  unshared(connectivity_).read(archive);
 }
 
 void ConnectivityInfo::print(std::ostream& os) const {

@@ -19,7 +19,8 @@ class CHEMISTRY_EXPORT ConnectivityInfo {
   [[nodiscard]] THandle<Connectivity> connectivity() const { return connectivity_; }
 
   void write(Archive& archive) const;
-  // Fills a new connectivity: others who share the old one keep it. Fails as Connectivity::read does.
+  // Others who share the connectivity keep it as it was: a new one is filled. Fails as Connectivity::read
+  // does.
   void read(Archive& archive);
   // "atoms: 6, bonds: 6" and a line end.
   void print(std::ostream& os) const;

@@ -1,6 +1,8 @@
 #include <chemistry/crystal_maker.h>
 #include <utilities/sequence_encoding.h>
+#include <utilities/unshared.h>
 
+#include <algorithm>
 #include <ostream>
 #include <utility>
 
@@ -18,10 +20,10 @@ void CrystalMaker::write(Archive& archive) const {
 }
 
 void CrystalMaker::read(Archive& archive) {
-  cell_ = THandle<Cell>(new Cell);
   atoms_.clear();
-  cell_->read(archive);
+  unshared(cell_).read(archive);
   const std::size_t count = read_count(archive);
+  atoms_.reserve(std::min(count, sequence_encoding::believed_count));
   for (std::size_t index = 0; index < count; ++index) {
     const THandle<Atom> atom(new Atom);
     atom->read(archive);

@@ -31,8 +31,8 @@ class CHEMISTRY_EXPORT CrystalMaker {
 
   // Throws NullHandleError for a null atom; what precedes it has been written.
   virtual void write(Archive& archive) const;
-  // Fills a new cell and new atoms: others who share the old ones keep them. Throws ArchiveError where the
-  // stream ends or a count is negative; what was read before stays.
+  // Others who share the cell or the atoms keep them as they were: new ones are filled. Throws ArchiveError
+  // where the stream ends or a count is negative; what was read before stays.
   virtual void read(Archive& archive);
   // "cell: ", the cell, ", atoms: 12" and a line end.
   virtual void print(std::ostream& os) const;

@@ -172,15 +172,9 @@ FractionalCoordinates CrystalSymmetryOperator::apply(const FractionalCoordinates
 }
 
 void CrystalSymmetryOperator::write(Archive& archive) const {
-  std::apply(
-      [&](const auto&... r) {
-        write_fields(archive, r..., translation_[0], translation_[1], translation_[2]);
-      },
-      rotation_);
+  write_fields(archive, fields(*this));
 }
 
 void CrystalSymmetryOperator::read(Archive& archive) {
-  std::apply(
-      [&](auto&... r) { read_fields(archive, r..., translation_[0], translation_[1], translation_[2]); },
-      rotation_);
+  read_fields(archive, fields(*this));
 }

@@ -10,9 +10,11 @@
 #include <symmetry/export.h>
 #include <symmetry/fractional_coordinates.h>
 #include <utilities/archive.h>
+#include <utilities/fields_of.h>
 
 #include <array>
 #include <string>
+#include <tuple>
 
 class SYMMETRY_EXPORT CrystalSymmetryOperator {
  public:
@@ -38,6 +40,14 @@ class SYMMETRY_EXPORT CrystalSymmetryOperator {
   friend bool operator==(const CrystalSymmetryOperator&, const CrystalSymmetryOperator&) = default;
 
  private:
+  friend FieldsOf;
+
+  // In archive order.
+  template <class Self>
+  static auto fields(Self& self) {
+    return std::tie(self.rotation_, self.translation_);
+  }
+
   std::array<int, 9> rotation_ = {1, 0, 0, 0, 1, 0, 0, 0, 1};
   std::array<double, 3> translation_ = {0.0, 0.0, 0.0};
 };

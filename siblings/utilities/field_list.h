@@ -4,14 +4,16 @@
 //   write_fields(archive, z, z_prime, color);
 //   read_fields(archive, z, z_prime, color);
 //
-// Fields may be scalars, enumerations (archived as int, not checked), texts, lists (sequence_encoding.h), and
-// classes that have write and read operations of their own. Each field is stored before the next one is read,
-// so a failure leaves the fields before it with their new values and the ones after it untouched.
+// Fields may be scalars and arrays of them, enumerations (archived as int, not checked), texts, lists
+// (sequence_encoding.h), classes that show their list of fields (fields_of.h), and classes that have write
+// and read operations of their own. Each field is stored before the next one is read, so a failure leaves the
+// fields before it with their new values and the ones after it untouched.
 //
 // Scalars that stand side by side, and the count that heads the text or list behind them, make up one run:
 // they are fetched together, and told apart only when they do not all come.
 #pragma once
 
+#include <utilities/fields_of.h>
 #include <utilities/stream_cursor.h>
 
 #include <tuple>
@@ -39,6 +41,11 @@ concept Counted = requires {
   CountedField<T>::count_name;
 };
 
+template <class T>
+concept Listed = requires(T& object) {
+  FieldsOf::list(object);
+};
+
 template <class Fields, std::size_t Index>
 using Field = std::remove_cvref_t<std::tuple_element_t<Index, Fields>>;
 
@@ -46,7 +53,8 @@ using Field = std::remove_cvref_t<std::tuple_element_t<Index, Fields>>;
 template <class Fields, std::size_t First>
 constexpr std::size_t end_of_scalars() {
   if constexpr (First < std::tuple_size_v<Fields>) {
-    if constexpr (stream_cursor::Scalar<Field<Fields, First>>) return end_of_scalars<Fields, First + 1>();
+    if constexpr (stream_cursor::ScalarOrArray<Field<Fields, First>>)
+      return end_of_scalars<Fields, First + 1>();
   }
   return First;
 }
@@ -74,7 +82,11 @@ void write_from(WriteCursor& cursor, const std::tuple<Types...>& fields) {
         if constexpr (behind > First) {
           with_fields<First>(fields, run, [&](const auto&... scalars) { cursor.write_run(scalars...); });
         }
-        cursor.detached([&next](Archive& archive) { next.write(archive); });
+        if constexpr (Listed<Field<Fields, behind>>) {
+          write_from(cursor, FieldsOf::list(next));
+        } else {
+          cursor.detached([&next](Archive& archive) { next.write(archive); });
+        }
       }
       write_from<behind + 1>(cursor, fields);
     } else {
@@ -100,7 +112,11 @@ void read_from(ReadCursor& cursor, const std::tuple<Types...>& fields) {
         if constexpr (behind > First) {
           with_fields<First>(fields, run, [&](auto&... scalars) { cursor.read_run(scalars...); });
         }
-        cursor.detached([&next](Archive& archive) { next.read(archive); });
+        if constexpr (Listed<Field<Fields, behind>>) {
+          read_from(cursor, FieldsOf::list(next));
+        } else {
+          cursor.detached([&next](Archive& archive) { next.read(archive); });
+        }
       }
       read_from<behind + 1>(cursor, fields);
     } else {

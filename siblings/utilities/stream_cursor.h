@@ -23,12 +23,14 @@
 #include <utilities/stream_window.h>
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <concepts>
 #include <cstdint>
 #include <cstring>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 namespace stream_cursor {
 
@@ -69,6 +71,26 @@ concept Scalar = requires {
   typename Wire<T>::type;
 };
 
+// An array of scalars stands on the stream as they do one after the other, and is copied whole where it can
+// be.
+template <class T>
+struct Elements {
+  using type = T;
+  static constexpr std::size_t count = 1;
+};
+template <class T, std::size_t size>
+struct Elements<std::array<T, size>> {
+  using type = T;
+  static constexpr std::size_t count = size;
+};
+
+template <class T>
+concept ScalarOrArray = Scalar<typename Elements<T>::type>;
+
+template <class T>
+inline constexpr std::size_t wire_size = Elements<T>::count *
+                                         sizeof(typename Wire<typename Elements<T>::type>::type);
+
 template <class Unsigned>
 constexpr Unsigned little_endian(Unsigned value) {
   if constexpr (std::endian::native == std::endian::little) {
@@ -82,34 +104,53 @@ constexpr Unsigned little_endian(Unsigned value) {
   }
 }
 
-template <class T>
-T decode(const char* bytes) {
-  typename Wire<T>::type wire;
-  std::memcpy(&wire, bytes, sizeof wire);
-  wire = little_endian(wire);
-  if constexpr (std::same_as<T, bool>) {
-    return wire != 0;
-  } else if constexpr (std::is_enum_v<T>) {
-    return static_cast<T>(std::bit_cast<std::int32_t>(wire));
+template <ScalarOrArray T>
+void decode(const char* bytes, T& value) {
+  using Element = typename Elements<T>::type;
+  if constexpr (!Scalar<T>) {
+    if constexpr (std::endian::native == std::endian::little && !std::same_as<Element, bool>) {
+      static_assert(sizeof(T) == wire_size<T>);
+      std::memcpy(value.data(), bytes, sizeof(T));
+    } else {
+      for (Element& element : value) decode(std::exchange(bytes, bytes + wire_size<Element>), element);
+    }
   } else {
-    return std::bit_cast<T>(wire);
+    typename Wire<T>::type wire;
+    std::memcpy(&wire, bytes, sizeof wire);
+    wire = little_endian(wire);
+    if constexpr (std::same_as<T, bool>) {
+      value = wire != 0;
+    } else if constexpr (std::is_enum_v<T>) {
+      value = static_cast<T>(std::bit_cast<std::int32_t>(wire));
+    } else {
+      value = std::bit_cast<T>(wire);
+    }
   }
 }
 
-template <class T>
-auto encode(T value) {
-  using Unsigned = typename Wire<T>::type;
-  if constexpr (std::same_as<T, bool>) {
-    return static_cast<Unsigned>(value ? 1 : 0);
-  } else if constexpr (std::is_enum_v<T>) {
-    return little_endian(static_cast<Unsigned>(value));
+template <ScalarOrArray T>
+void encode(char* bytes, const T& value) {
+  using Element = typename Elements<T>::type;
+  if constexpr (!Scalar<T>) {
+    if constexpr (std::endian::native == std::endian::little && !std::same_as<Element, bool>) {
+      std::memcpy(bytes, value.data(), sizeof(T));
+    } else {
+      for (const Element& element : value) encode(std::exchange(bytes, bytes + wire_size<Element>), element);
+    }
   } else {
-    return little_endian(std::bit_cast<Unsigned>(value));
+    using Unsigned = typename Wire<T>::type;
+    Unsigned wire;
+    if constexpr (std::same_as<T, bool>) {
+      wire = value ? 1 : 0;
+    } else if constexpr (std::is_enum_v<T>) {
+      wire = static_cast<Unsigned>(value);
+    } else {
+      wire = std::bit_cast<Unsigned>(value);
+    }
+    wire = little_endian(wire);
+    std::memcpy(bytes, &wire, sizeof wire);
   }
 }
-
-template <class T>
-inline constexpr std::size_t wire_size = sizeof(typename Wire<T>::type);
 
 // One scalar of a run, for the error that names the first one that did not come or go.
 struct Item {
@@ -146,8 +187,16 @@ UTILITIES_EXPORT stream_window::Room write_text_across(FILE* stream, char* next,
 // The scalars T... as they follow one another on the stream.
 template <class... T>
 struct Items {
-  static constexpr Item items[] = {{wire_size<T>, Wire<T>::name}...};
-  static constexpr Run run = {items, sizeof...(T)};
+  static constexpr auto items = [] {
+    std::array<Item, (Elements<T>::count + ...)> all{};
+    Item* next = all.data();
+    ((next =
+          std::fill_n(next, Elements<T>::count,
+                      Item{wire_size<typename Elements<T>::type>, Wire<typename Elements<T>::type>::name})),
+     ...);
+    return all;
+  }();
+  static constexpr Run run = {items.data(), items.size()};
   static constexpr std::size_t size = (wire_size<T> + ...);
 };
 
@@ -203,13 +252,13 @@ class ReadCursor {
 
   // Scalars that follow one another, in one look at the buffer or one call. Each is stored before the next;
   // where the stream ends, those that came whole are stored.
-  template <stream_cursor::Scalar... T>
+  template <stream_cursor::ScalarOrArray... T>
   void read_run(T&... values) {
     using Items = stream_cursor::Items<T...>;
     if (available() >= Items::size) [[likely]] {
       const char* bytes = window_.next;
       window_.next += Items::size;
-      ((values = stream_cursor::decode<T>(bytes), bytes += stream_cursor::wire_size<T>), ...);
+      (stream_cursor::decode(std::exchange(bytes, bytes + stream_cursor::wire_size<T>), values), ...);
       return;
     }
     char buffer[Items::size];
@@ -269,10 +318,14 @@ class ReadCursor {
 
   template <class T>
   static bool take(const char*& bytes, const char* end, T& value) {
-    if (static_cast<std::size_t>(end - bytes) < stream_cursor::wire_size<T>) return false;
-    value = stream_cursor::decode<T>(bytes);
-    bytes += stream_cursor::wire_size<T>;
-    return true;
+    if constexpr (!stream_cursor::Scalar<T>) {
+      return std::all_of(value.begin(), value.end(),
+                         [&](auto& element) { return take(bytes, end, element); });
+    } else {
+      if (static_cast<std::size_t>(end - bytes) < stream_cursor::wire_size<T>) return false;
+      stream_cursor::decode(std::exchange(bytes, bytes + stream_cursor::wire_size<T>), value);
+      return true;
+    }
   }
 
   // Once given back, a position is stale: forget it, so that an exception does not store it a second time.
@@ -296,7 +349,7 @@ class WriteCursor {
   ~WriteCursor() { release(); }
 
   // Scalars that follow one another. Throws ArchiveError naming the first that cannot be written whole.
-  template <stream_cursor::Scalar... T>
+  template <stream_cursor::ScalarOrArray... T>
   void write_run(const T&... values) {
     using Items = stream_cursor::Items<T...>;
     if (room() >= Items::size) [[likely]] {
@@ -346,12 +399,7 @@ class WriteCursor {
 
   template <class... T>
   static char* put(char* to, const T&... values) {
-    const auto put_one = [&to](const auto& value) {
-      const auto wire = stream_cursor::encode(value);
-      std::memcpy(to, &wire, sizeof wire);
-      to += sizeof wire;
-    };
-    (put_one(values), ...);
+    (stream_cursor::encode(std::exchange(to, to + stream_cursor::wire_size<T>), values), ...);
     return to;
   }
 
