@@ -71,6 +71,9 @@ class Parser {
   Parser(const std::string& pattern, bool extended_syntax) : pattern_(pattern), extended_(extended_syntax) {}
 
   SyntaxTree parse() {
+    open_.reserve(4);
+    tree_.nodes.reserve(std::min<std::size_t>(pattern_.size(), 2 * most_instructions));
+    tree_.sets.reserve(8);
     open_.push_back({0, 0, {}, {}, false});
     for (skip_ignored(); !at_end(); skip_ignored()) read_item();
     if (open_.size() > 1)

@@ -22,7 +22,10 @@ class Compiler {
   explicit Compiler(SyntaxTree tree)
       : tree_(std::move(tree)),
         extents_(extents(tree_)),
-        program_{{}, std::move(tree_.sets), SlotPlan(tree_, extents_), 0} {}
+        program_{{}, std::move(tree_.sets), SlotPlan(tree_, extents_), 0} {
+    program_.instructions.reserve(2 * tree_.nodes.size());
+    tasks_.reserve(tree_.nodes.size());
+  }
 
   Program compile() {
     const Node whole;

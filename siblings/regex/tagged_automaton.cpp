@@ -9,7 +9,16 @@ namespace regex_detail {
 // Works out states and transitions, from the two start states on, until there are no new ones.
 class AutomatonBuilder {
  public:
-  explicit AutomatonBuilder(const Program& program) : program_(program), threads_(program), next_(program) {}
+  explicit AutomatonBuilder(const Program& program)
+      : program_(program), threads_(program), next_(program), end_matters_(has(Instruction::text_end)) {
+    // Enough for an ordinary pattern, so that nothing grows step by step.
+    const std::size_t likely_states = std::min(program_.instructions.size(), most_states);
+    states_.reserve(likely_states);
+    thread_instructions_.reserve(2 * likely_states);
+    thread_notes_.reserve(2 * likely_states * program_.plan.notes);
+    outcomes_.reserve(8);
+    moves_.reserve(TaggedAutomaton::most_registers);
+  }
 
   std::optional<TaggedAutomaton> build() {
     if (program_.instructions.size() > most_program_instructions) return std::nullopt;
@@ -18,16 +27,15 @@ class AutomatonBuilder {
 
     threads_.clear();
     threads_.start(here, false);
-    automaton_.later_row_ = row(enter(threads_, true, false));
+    later_state_ = enter(threads_, true, false);
+    automaton_.later_row_ = row(later_state_);
     threads_.clear();
     threads_.start(here, true);
-    const bool start_matters = std::any_of(
-        program_.instructions.begin(), program_.instructions.end(),
-        [](const Instruction& instruction) { return instruction.operation == Instruction::text_start; });
-    automaton_.first_row_ = row(enter(threads_, true, start_matters));
+    automaton_.first_row_ = row(enter(threads_, true, has(Instruction::text_start)));
 
     for (std::uint32_t state = 0; state < states_.size() && !too_large_; ++state) work_out(state);
     if (too_large_) return std::nullopt;
+    collect_runs();
     find_single_start();
     return std::move(automaton_);
   }
@@ -57,27 +65,51 @@ class AutomatonBuilder {
     Recipe match;        // none where no thread has matched
   };
 
-  // Bytes that no set of the program tells apart are of one kind. kinds_ holds one byte of each.
+  // Bytes that the same threads of a state take lead to the same.
+  using Takers = std::bitset<most_program_instructions>;
+  struct Outcome {
+    Takers takers;
+    std::uint32_t transition;
+  };
+
+  bool has(Instruction::Operation operation) const {
+    return std::any_of(program_.instructions.begin(), program_.instructions.end(),
+                       [=](const Instruction& instruction) { return instruction.operation == operation; });
+  }
+
+  // Bytes that no set of the program tells apart are of one kind. kinds_ holds one byte of each. All bytes
+  // are of one kind at first, and each set splits the kinds that it tells apart. From one border of a set to
+  // the next bytes are alike.
   void sort_bytes_into_kinds() {
     ByteSet borders;
     for (const ByteSet& set : program_.sets) borders |= set ^ (set << 1);
     borders.set(0);
-    std::vector<std::vector<bool>> memberships;
-    std::size_t kind = 0;
-    for (std::size_t byte = 0; byte < 256; ++byte) {
-      if (borders[byte]) {
-        std::vector<bool> membership;
-        for (const ByteSet& set : program_.sets) membership.push_back(set[byte]);
-        kind = static_cast<std::size_t>(std::find(memberships.begin(), memberships.end(), membership) -
-                                        memberships.begin());
-        if (kind == memberships.size()) {
-          memberships.push_back(std::move(membership));
-          kinds_.push_back(byte);
-        }
+    std::vector<std::size_t> stretches;
+    for (std::size_t byte = 0; byte < 256; byte = borders._Find_next(byte)) stretches.push_back(byte);
+
+    std::vector<std::size_t> kinds(stretches.size(), 0);
+    std::size_t count = 1;
+    std::vector<std::array<std::size_t, 2>> parts;
+    for (const ByteSet& set : program_.sets) {
+      parts.assign(count, {none, none});
+      count = 0;
+      for (std::size_t each = 0; each < stretches.size(); ++each) {
+        std::size_t& part = parts[kinds[each]][set[stretches[each]] ? 1 : 0];
+        if (part == none) part = count++;
+        kinds[each] = part;
       }
-      automaton_.kind_of_byte_[byte] = static_cast<std::uint8_t>(kind);
     }
-    automaton_.end_of_text_ = static_cast<std::uint32_t>(kinds_.size());
+
+    kinds_.resize(count);
+    stretches.push_back(256);
+    for (std::size_t each = 0; each < kinds.size(); ++each) {
+      kinds_[kinds[each]] = stretches[each];
+      std::fill(automaton_.kind_of_byte_.begin() + stretches[each],
+                automaton_.kind_of_byte_.begin() + stretches[each + 1],
+                static_cast<std::uint8_t>(kinds[each]));
+    }
+    automaton_.end_of_text_ = static_cast<std::uint32_t>(count);
+    automaton_.transitions_.reserve(states_.capacity() * (automaton_.run() + 1));
   }
 
   Row row(std::uint32_t state) const { return state == dead ? none : state * (automaton_.run() + 1); }
@@ -178,16 +210,48 @@ class AutomatonBuilder {
   void work_out(std::uint32_t index) {
     const State state = states_[index];
     recall(state, before);
+    outcomes_.clear();
     for (const std::size_t byte : kinds_) {
-      next_.step(threads_, byte, here);
-      if (state.may_start) next_.start(here, false);
-      automaton_.transitions_.push_back(transition(index, enter(next_, state.may_start, false)));
+      const Takers takers = takers_of(byte);
+      auto known = std::find_if(outcomes_.begin(), outcomes_.end(),
+                                [&](const Outcome& outcome) { return outcome.takers == takers; });
+      if (known == outcomes_.end()) {
+        const std::uint32_t to = takers.none() ? give_up(state) : take(state, byte);
+        known = outcomes_.insert(known, {takers, transition(index, to)});
+      }
+      automaton_.transitions_.push_back(known->transition);
     }
+    automaton_.transitions_.push_back(at_end_of_text(state));
+    automaton_.transitions_.push_back(0);
+  }
+
+  Takers takers_of(std::size_t byte) const {
+    Takers takers;
+    for (std::size_t thread = 0; thread < threads_.size(); ++thread) {
+      const Instruction& instruction = program_.instructions[threads_.instruction(thread)];
+      takers[thread] =
+          instruction.operation == Instruction::bytes && program_.sets[instruction.argument][byte];
+    }
+    return takers;
+  }
+
+  std::uint32_t take(const State& state, std::size_t byte) {
+    next_.step(threads_, byte, here);
+    if (state.may_start) next_.start(here, false);
+    return enter(next_, state.may_start, false);
+  }
+
+  // No thread goes on, but new ones may start.
+  std::uint32_t give_up(const State& state) {
+    moves_.clear();
+    return state.may_start ? later_state_ : dead;
+  }
+
+  Recipe at_end_of_text(const State& state) {
+    if (!end_matters_) return state.match;
     recall(state, here);
     next_.finish(threads_, here, state.at_text_start);
-    automaton_.transitions_.push_back(recipe(next_));
-    automaton_.transitions_.push_back(0);
-    find_run(index);
+    return recipe(next_);
   }
 
   std::uint32_t transition(std::uint32_t from, std::uint32_t to) {
@@ -225,29 +289,34 @@ class AutomatonBuilder {
   }
 
   // Bit by bit the runs get what skips them, the later row's first.
-  void find_run(std::uint32_t state) {
-    const Row from = row(state);
-    const auto stays = [&](std::size_t byte) {
-      return automaton_.transitions_[from + automaton_.kind_of_byte_[byte]] == from;
-    };
-    if (next_run_ == 0 || std::none_of(kinds_.begin(), kinds_.end(), stays)) return;
-    automaton_.transitions_[from + automaton_.run()] = next_run_;
-    for (std::size_t byte = 0; byte < 256; ++byte) {
-      if (stays(byte)) automaton_.runs_of_byte_[byte] |= next_run_;
+  void collect_runs() {
+    std::vector<std::uint8_t> runs_of_kind(kinds_.size(), 0);
+    std::uint8_t run = 1;
+    for (std::uint32_t state = 0; state < states_.size() && run != 0; ++state) {
+      std::uint32_t* transitions = automaton_.transitions_.data() + row(state);
+      bool stays = false;
+      for (std::size_t kind = 0; kind < kinds_.size(); ++kind) {
+        if (transitions[kind] != row(state)) continue;
+        runs_of_kind[kind] = static_cast<std::uint8_t>(runs_of_kind[kind] | run);
+        stays = true;
+      }
+      if (!stays) continue;
+      transitions[automaton_.run()] = run;
+      run = static_cast<std::uint8_t>(run << 1U);
     }
-    next_run_ = static_cast<std::uint8_t>(next_run_ << 1);
+    for (std::size_t byte = 0; byte < 256; ++byte) {
+      automaton_.runs_of_byte_[byte] = runs_of_kind[automaton_.kind_of_byte_[byte]];
+    }
   }
 
   void find_single_start() {
-    const Row later = automaton_.later_row_;
-    if (later == none) return;
-    std::size_t count = 0;
-    for (std::size_t byte = 0; byte < 256; ++byte) {
-      if (automaton_.transitions_[later + automaton_.kind_of_byte_[byte]] == later) continue;
-      ++count;
-      automaton_.single_start_byte_ = static_cast<char>(byte);
-    }
-    automaton_.single_start_ = count == 1;
+    if (later_state_ == dead) return;
+    const std::uint32_t run = automaton_.transitions_[automaton_.later_row_ + automaton_.run()];
+    const auto starts = [run](std::uint8_t runs) { return (runs & run) == 0; };
+    const auto& runs = automaton_.runs_of_byte_;
+    automaton_.single_start_ = std::count_if(runs.begin(), runs.end(), starts) == 1;
+    automaton_.single_start_byte_ =
+        static_cast<char>(std::find_if(runs.begin(), runs.end(), starts) - runs.begin());
   }
 
   const Program& program_;
@@ -259,7 +328,9 @@ class AutomatonBuilder {
   ThreadList threads_;
   ThreadList next_;
   std::vector<Move> moves_;
-  std::uint8_t next_run_ = 1;
+  std::vector<Outcome> outcomes_;
+  const bool end_matters_;
+  std::uint32_t later_state_ = dead;
   bool too_large_ = false;
 };
 

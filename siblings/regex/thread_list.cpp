@@ -5,7 +5,11 @@
 namespace regex_detail {
 
 ThreadList::ThreadList(const Program& program)
-    : program_(&program), seen_(program.instructions.size(), 0), path_notes_(program.plan.notes, unset) {}
+    : program_(&program), seen_(program.instructions.size(), 0), path_notes_(program.plan.notes, unset) {
+  threads_.reserve(usual_threads);
+  notes_.reserve(usual_threads * program.plan.notes);
+  tasks_.reserve(usual_threads);
+}
 
 void ThreadList::clear() {
   threads_.clear();

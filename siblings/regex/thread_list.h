@@ -47,6 +47,7 @@ class ThreadList {
     std::uint32_t note;
     Position value;
   };
+  static constexpr std::size_t usual_threads = 8;
   static constexpr InstructionIndex restore = ~InstructionIndex{0};
 
   void follow(InstructionIndex first, const Position* notes, Position here);
