@@ -22,7 +22,7 @@ expect() {
 # with_cmake WHAT ARG...: builds tests/consumer by CMake and runs both programs.
 with_cmake() {
   local what=$1 build
-  build="$work/$(echo "$what" | tr ' ' '_')"
+  build="$work/$(echo "$what" | tr ' ,:' '___')"  # a comma would end a path for the linker
   shift
   cmake -S tests/consumer -B "$build" -G Ninja --log-level=WARNING \
     -DCMAKE_CXX_COMPILER=g++ -DCMAKE_CXX_COMPILER_LAUNCHER=ccache "$@" >"$build.log" &&
