@@ -28,7 +28,9 @@
 // class; repeat counts above 1000, more than 50 capture groups, brackets nested deeper than 50, or more than
 // 10000 steps when all repeats with counts are written out.
 //
-// Time: linear in the text for every pattern and every text, for small patterns independent of the pattern.
+// Time: a search is linear in the text for every pattern and every text, for small patterns independent of
+// the pattern. Searching on behind each match can take more: a*b|a looks ahead to the end of a run of a's in
+// each search, finds no b and takes one a, so all matches in n bytes take time in proportion to n * n.
 // Memory: a search takes less than 4 KiB of stack, and heap in proportion to the pattern at most, never to
 // the text. Threads: any number may search one const Regex at the same time.
 #pragma once

@@ -261,7 +261,12 @@ class AutomatonBuilder {
     const bool to_match = to != dead && states_[to].match != none;
     const Recipe match = to_match ? none : states_[from].match;
     const bool to_search = row(to) == automaton_.later_row_ && from != to;
-    if (to != dead && match == none && moves_.empty() && !to_search) return row(to);
+    if (to != dead && match == none && !to_search) {
+      if (moves_.empty())
+        return to == from ? TaggedAutomaton::stay : to == from + 1 ? TaggedAutomaton::advance : row(to);
+      if (to == from + 1 && moves_.size() == 1 && moves_[0].to == 0 && moves_[0].from == before)
+        return TaggedAutomaton::begin;
+    }
 
     const std::size_t first_move = automaton_.moves_.size();
     add_moves();
@@ -296,7 +301,7 @@ class AutomatonBuilder {
       std::uint32_t* transitions = automaton_.transitions_.data() + row(state);
       bool stays = false;
       for (std::size_t kind = 0; kind < kinds_.size(); ++kind) {
-        if (transitions[kind] != row(state)) continue;
+        if (transitions[kind] != TaggedAutomaton::stay) continue;
         runs_of_kind[kind] = static_cast<std::uint8_t>(runs_of_kind[kind] | run);
         stays = true;
       }
@@ -344,56 +349,68 @@ bool TaggedAutomaton::search(std::string_view text, std::size_t from, unsigned i
   bool found = false;
   Row row = from == 0 ? first_row_ : later_row_;
   if (row == none) return false;
+  const std::uint32_t* const transitions = transitions_.data();
   std::size_t position = row == later_row_ ? skip_to_start(text, from) : from;
   while (position < text.size()) {
-    const std::uint32_t next = transitions_[row + kind_of_byte_[static_cast<unsigned char>(text[position])]];
-    if (next == row) {
-      position = skip_run(static_cast<std::uint8_t>(transitions_[row + run()]), text, position + 1);
+    const std::uint32_t next = transitions[row + kind_of_byte_[static_cast<unsigned char>(text[position])]];
+    if (next == advance) {
+      row += run() + 1;
+    } else if (next == stay) {
+      position = skip_run(transitions[row + run()], text, position + 1);
       continue;
-    }
-    if (next < first_action) {
+    } else if (next == begin) {
+      registers[0] = static_cast<Position>(position);
+      row += run() + 1;
+    } else if (next < first_action) {
       row = next;
-      ++position;
-      continue;
+    } else {
+      const Action& action = actions_[next - first_action];
+      registers[here] = static_cast<Position>(position);
+      if (action.match != none) {
+        note_match(action.match, registers, slots);
+        found = true;
+      }
+      if (action.next == none) return found;
+      for (std::uint32_t each = action.first_move; each < action.end_of_moves; ++each) {
+        registers[moves_[each].to] = registers[moves_[each].from];
+      }
+      row = action.next;
+      if (row == later_row_) {
+        position = skip_to_start(text, position + 1);
+        continue;
+      }
     }
-    const Action& action = actions_[next - first_action];
-    registers[here] = static_cast<Position>(position);
-    if (action.match != none) {
-      note_match(action.match, registers, slots);
-      found = true;
-    }
-    if (action.next == none) return found;
-    for (std::uint32_t each = action.first_move; each < action.end_of_moves; ++each) {
-      registers[moves_[each].to] = registers[moves_[each].from];
-    }
-    row = action.next;
     ++position;
-    if (row == later_row_) position = skip_to_start(text, position);
   }
-  const Recipe match = transitions_[row + end_of_text_];
+  const Recipe match = transitions[row + end_of_text_];
   if (match == none) return found;
   registers[here] = static_cast<Position>(position);
   note_match(match, registers, slots);
   return true;
 }
 
-void TaggedAutomaton::note_match(Recipe match, const Registers& registers, unsigned int* slots) const {
-  for (std::uint32_t slot = 0; slot < slots_; ++slot) {
-    const Source& source = recipes_[match + slot];
-    slots[slot] = registers[source.from] + source.distance;
+inline void TaggedAutomaton::note_match(Recipe match, const Registers& registers, unsigned int* slots) const {
+  for (std::uint32_t slot = 0; slot < slots_; slot += 2) {
+    const Source* source = recipes_.data() + match + slot;
+    slots[slot] = registers[source[0].from] + source[0].distance;
+    slots[slot + 1] = registers[source[1].from] + source[1].distance;
   }
 }
 
-std::size_t TaggedAutomaton::skip_run(std::uint8_t run, std::string_view text, std::size_t position) const {
+// `run` is its bit.
+inline std::size_t TaggedAutomaton::skip_run(std::uint32_t run, std::string_view text,
+                                             std::size_t position) const {
   while (position < text.size() && (runs_of_byte_[static_cast<unsigned char>(text[position])] & run) != 0) {
     ++position;
   }
   return position;
 }
 
-std::size_t TaggedAutomaton::skip_to_start(std::string_view text, std::size_t position) const {
-  if (single_start_) return std::min(text.find(single_start_byte_, position), text.size());
-  return skip_run(static_cast<std::uint8_t>(transitions_[later_row_ + run()]), text, position);
+inline std::size_t TaggedAutomaton::skip_to_start(std::string_view text, std::size_t position) const {
+  if (!single_start_) return skip_run(transitions_[later_row_ + run()], text, position);
+  const void* start = std::memchr(text.data() + position, single_start_byte_, text.size() - position);
+  return start == nullptr ? text.size()
+                          : static_cast<std::size_t>(static_cast<const char*>(start) - text.data());
 }
 
 }  // namespace regex_detail

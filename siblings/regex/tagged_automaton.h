@@ -47,8 +47,14 @@ class TaggedAutomaton {
   using Row = std::uint32_t;     // where the transitions of a state start
   using Recipe = std::uint32_t;  // where the slots of a match start
   static constexpr std::uint32_t none = ~std::uint32_t{0};
-  // Transitions from this value on are numbers of actions, below it they are rows.
+
+  // Transitions are rows, or from first_action on numbers of actions, but for the commonest. Those do not
+  // name the row, so that a processor that foresees them need not wait for one look into the table before the
+  // next.
   static constexpr std::uint32_t first_action = std::uint32_t{1} << 31;
+  static constexpr std::uint32_t stay = none;
+  static constexpr std::uint32_t advance = none - 1;  // to the row behind this one
+  static constexpr std::uint32_t begin = none - 2;    // the same, and note the position in register 0
 
   // How a slot of a match comes about.
   struct Source {
@@ -71,7 +77,7 @@ class TaggedAutomaton {
   };
 
   void note_match(Recipe match, const Registers& registers, unsigned int* slots) const;
-  std::size_t skip_run(std::uint8_t run, std::string_view text, std::size_t position) const;
+  std::size_t skip_run(std::uint32_t run, std::string_view text, std::size_t position) const;
   std::size_t skip_to_start(std::string_view text, std::size_t position) const;
 
   std::array<std::uint8_t, 256> kind_of_byte_{};
