@@ -216,7 +216,8 @@ class Parser {
       if (!greedy) ++position_;
       item = repeat(item, found, greedy);
     }
-    append(open_.back().sequence, item);
+    // What is empty leaves no trace, so that no repeat writes out nothing again and again.
+    if (tree_.nodes[item].kind != Node::empty) append(open_.back().sequence, item);
   }
 
   NodeIndex repeat(NodeIndex item, const Quantifier& quantifier, bool greedy) {

@@ -262,10 +262,10 @@ class AutomatonBuilder {
     const Recipe match = to_match ? none : states_[from].match;
     const bool to_search = row(to) == automaton_.later_row_ && from != to;
     if (to != dead && match == none && !to_search) {
-      if (moves_.empty())
-        return to == from ? TaggedAutomaton::stay : to == from + 1 ? TaggedAutomaton::advance : row(to);
-      if (to == from + 1 && moves_.size() == 1 && moves_[0].to == 0 && moves_[0].from == before)
-        return TaggedAutomaton::begin;
+      if (moves_.empty() && to == from) return TaggedAutomaton::stay;
+      if (moves_.empty()) return to == from + 1 ? TaggedAutomaton::advance : row(to);
+      const bool notes_start = moves_.size() == 1 && moves_[0].to == 0 && moves_[0].from == before;
+      if (to == from + 1 && notes_start) return TaggedAutomaton::begin;
     }
 
     const std::size_t first_move = automaton_.moves_.size();
@@ -282,13 +282,14 @@ class AutomatonBuilder {
     for (Move& move : moves_) {
       if (move.from == before) move.from = here;
     }
-    const bool one_by_one =
-        std::all_of(moves_.begin(), moves_.end(), [](const Move& move) { return move.from > move.to; });
-    for (Move& move : moves_) {
-      if (one_by_one) break;
-      const Position detour = move.to + TaggedAutomaton::most_registers;
-      moves.push_back({detour, move.from});
-      move.from = detour;
+    const bool read_too_late =
+        std::any_of(moves_.begin(), moves_.end(), [](const Move& move) { return move.from < move.to; });
+    if (read_too_late) {
+      for (Move& move : moves_) {
+        const Position detour = move.to + TaggedAutomaton::most_registers;
+        moves.push_back({detour, move.from});
+        move.from = detour;
+      }
     }
     moves.insert(moves.end(), moves_.begin(), moves_.end());
   }

@@ -110,6 +110,8 @@ const Search searches[] = {
     {"[a[b]+", "a[b", "0-3", "a [ in a class is a member"},
     {"[\\n-\\r]+", "\t\n\v\f\r", "1-5", "a range between escapes"},
 
+    {"(?:(?:(?:(?:(?:)a{0}){1000}){1000}){1000}){1000}b", "ab", "1-2", "repeats of nothing take no time"},
+
     // Groups at a fixed distance from an end of the match, or from their own other end.
     {"(a)(bc)d*(e)(f)", "xabcddef", "1-8 1-2 2-4 6-7 7-8", "from the start and from the end"},
     {"((a)b)((c)d)", "xabcd", "1-5 1-3 1-2 3-5 3-4", "groups in groups"},
