@@ -27,18 +27,7 @@ void for_every_truncation(const std::string& whole, const Visit& visit) {
   }
 }
 
-template <class Visit>
-void for_every_bit_flip(const std::string& whole, const Visit& visit) {
-  std::string damaged = whole;
-  for (std::size_t offset = 0; offset < whole.size(); ++offset) {
-    for (int bit = 0; bit < 8; ++bit) {
-      damaged[offset] = static_cast<char>(whole[offset] ^ (1 << bit));
-      visit(damaged, Damage{"bit flip", offset, bit});
-    }
-    damaged[offset] = whole[offset];
-  }
-}
-
+// Every flip of a bit, and of any of its neighbours, is among them.
 template <class Visit>
 void for_every_byte_value(const std::string& whole, const Visit& visit) {
   std::string damaged = whole;
@@ -56,6 +45,19 @@ inline std::array<std::int32_t, 12> boundary_values(std::int32_t true_value) {
   using limits = std::numeric_limits<std::int32_t>;
   return {limits::min(), limits::min() + 1, -2,           -1, 0, true_value - 1, true_value + 1, 256, 65'536,
           1 << 30,       limits::max() - 1, limits::max()};
+}
+
+// Where the places of the sizes are not known: at every offset.
+template <class Visit>
+void for_boundary_values_everywhere(const std::string& whole, const Visit& visit) {
+  std::string damaged = whole;
+  for (std::size_t offset = 0; offset + 4 <= whole.size(); ++offset) {
+    for (const std::int32_t value : boundary_values(0)) {
+      damaged.replace(offset, 4, int32(value));
+      visit(damaged, Damage{"boundary value", offset, value});
+    }
+    damaged.replace(offset, 4, whole, offset, 4);
+  }
 }
 
 template <class Visit>

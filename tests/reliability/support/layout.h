@@ -30,6 +30,10 @@ class Layout {
   Layout& integer(std::int32_t value) { return raw(int32(value)); }
   Layout& real(double value) { return raw(float64(value)); }
   Layout& flag(bool value) { return raw(boolean(value)); }
+  Layout& raw(const std::string& more) {
+    bytes_ += more;
+    return *this;
+  }
   // Another layout, behind this one.
   Layout& part(const Layout& other) {
     for (const Place& place : other.places_) {
@@ -45,10 +49,6 @@ class Layout {
   Layout& claim(const std::string& name, std::int32_t value, bool is_size) {
     places_.push_back({bytes_.size(), name, value, is_size});
     return raw(int32(value));
-  }
-  Layout& raw(const std::string& more) {
-    bytes_ += more;
-    return *this;
   }
 
   std::string bytes_;
