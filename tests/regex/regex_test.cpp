@@ -341,7 +341,7 @@ TEST(Regex, IsBuiltAndSearchedOnAStackOf64KiBWithBracketsAsDeepAsTheyMayBe) {
   std::string choices = "a";
   for (int depth = 0; depth < 50; ++depth) {
     loops = "(" + loops + ")*";
-    choices = "(b|c" + choices + "d|e{2})";
+    choices = "(b|c" + choices + "{1}d)";
   }
   std::string loops_found;
   std::string choices_found;
