@@ -9,7 +9,6 @@
 #include <array>
 #include <cctype>
 #include <cmath>
-#include <gemmi/cif.hpp>
 #include <gemmi/elem.hpp>
 #include <gemmi/symmetry.hpp>
 #include <initializer_list>
@@ -18,14 +17,11 @@
 #include <set>
 #include <utility>
 
+#include "tools/cif_document.h"
 #include "tools/cif_text.h"
 
 namespace {
 
-using gemmi::cif::Block;
-using gemmi::cif::Document;
-using gemmi::cif::Item;
-using gemmi::cif::ItemType;
 using Operators = std::vector<CrystalSymmetryOperator>;
 using Tags = std::initializer_list<const char*>;
 
@@ -38,88 +34,9 @@ bool is_letter(char c) {
   return std::isalpha(static_cast<unsigned char>(c)) != 0;
 }
 
-// ---- The text and its syntax
-
-// One line end for all, and no byte-order mark, so that lines count alike everywhere.
-std::string with_line_feeds(const std::string& text) {
-  std::string result;
-  result.reserve(text.size());
-  const std::size_t start = text.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0;
-  for (std::size_t i = start; i < text.size(); ++i) {
-    if (text[i] != '\r') {
-      result += text[i];
-    } else if (i + 1 == text.size() || text[i + 1] != '\n') {
-      result += '\n';
-    }
-  }
-  return result;
-}
-
-// What stands at a place of the text, up to the next blank.
-std::string word_at(const std::string& text, std::size_t place) {
-  constexpr std::size_t longest = 30;
-  const std::size_t end = std::min(text.find_first_of(" \t\n", place), place + longest);
-  return readable_text(text.substr(place, end - place));
-}
-
-CifError syntax_error(const tao::pegtl::parse_error& error, const Document& document,
-                      const std::string& text) {
-  const tao::pegtl::position& place = error.positions().front();
-  std::string reason(error.message());
-  std::string hint;
-  if (reason == "parse error") {
-    reason = fmt::format("a tag, loop_ or data_ is expected, not '{}'", word_at(text, place.byte));
-    hint = "a value without a tag: a line before it is broken or lost";
-  } else if (!reason.empty()) {
-    reason[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(reason[0])));
-  }
-  const Block* const block = document.blocks.empty() ? nullptr : &document.blocks.back();
-  if (reason == "wrong number of values in the loop" && block != nullptr) {
-    const gemmi::cif::Loop& loop = block->items.back().loop;
-    hint = fmt::format("{} values do not fill rows of {} columns: a row is broken or lost",
-                       loop.values.size(), loop.tags.size());
-  }
-  return CifError({static_cast<int>(place.line), static_cast<int>(place.column),
-                   block == nullptr ? "" : block->name, reason, hint});
-}
-
-// What the grammar lets pass: tags without a value, and tags that occur twice in a block.
-void check_tags(const Block& block) {
-  std::set<std::string> seen;
-  const auto check_first = [&](const std::string& tag, int line) {
-    if (seen.insert(lower_case(tag)).second) return;
-    throw CifError({line, 1, block.name, fmt::format("{} stands twice in the block", tag), ""});
-  };
-  for (const Item& item : block.items) {
-    if (item.type == ItemType::Pair) {
-      check_first(item.pair[0], item.line_number);
-      if (item.pair[1].empty()) {
-        throw CifError({item.line_number, 1, block.name, fmt::format("{} has no value", item.pair[0]),
-                        "write '?' for an unknown value"});
-      }
-    } else if (item.type == ItemType::Loop) {
-      for (const std::string& tag : item.loop.tags) check_first(tag, item.line_number);
-    }
-  }
-}
-
-Document parsed(const std::string& text) {
-  if (text.find_first_not_of(" \t\n") == std::string::npos)
-    throw CifError({1, 1, "", "the file is empty", ""});
-  Document document;
-  try {
-    tao::pegtl::memory_input<> input(text, "");
-    gemmi::cif::parse_input(document, input);
-  } catch (const tao::pegtl::parse_error& error) {
-    throw syntax_error(error, document, text);
-  }
-  for (const Block& block : document.blocks) check_tags(block);
-  return document;
-}
-
-bool is_shared(const Block& block, const Document& document) {
-  if (block.name.empty()) return true;  // global_
-  return lower_case(block.name) == "global" && document.blocks.size() > 1 &&
+bool is_shared(const CifBlock& block, const CifDocument& document) {
+  if (block.name().empty()) return true;  // global_
+  return lower_case(block.name()) == "global" && document.blocks().size() > 1 &&
          !block.has_any_value("_cell_length_a");
 }
 
@@ -133,13 +50,13 @@ struct Value {
 class Values {
  public:
   // The block itself first, then those it inherits from, the nearest first.
-  explicit Values(std::vector<Block*> blocks) : blocks_(std::move(blocks)) {}
+  explicit Values(std::vector<CifBlock> blocks) : blocks_(std::move(blocks)) {}
 
   // The first value there is, tag by tag, block by block.
   [[nodiscard]] std::optional<Value> first(const Tags& tags) const {
-    for (Block* const block : blocks_) {
+    for (const CifBlock& block : blocks_) {
       for (const char* const tag : tags) {
-        const std::vector<Value> values = all(*block, tag);
+        const std::vector<Value> values = all(block, tag);
         if (!values.empty()) return values.front();
       }
     }
@@ -148,39 +65,33 @@ class Values {
 
   // All values of the tag in the first block that has any.
   [[nodiscard]] std::vector<Value> all(const char* tag) const {
-    for (Block* const block : blocks_) {
-      std::vector<Value> values = all(*block, tag);
+    for (const CifBlock& block : blocks_) {
+      std::vector<Value> values = all(block, tag);
       if (!values.empty()) return values;
     }
     return {};
   }
 
   // Rows of these columns, of which those that begin with '?' may lack.
-  [[nodiscard]] gemmi::cif::Table table(const char* prefix, const std::vector<std::string>& columns) const {
-    for (Block* const block : blocks_) {
-      gemmi::cif::Table table = block->find(prefix, columns);
-      if (table.ok()) return table;
+  [[nodiscard]] CifTable table(const char* prefix, const std::vector<std::string>& columns) const {
+    for (const CifBlock& block : blocks_) {
+      if (std::optional<CifTable> table = block.table(prefix, columns)) return *table;
     }
-    return blocks_.front()->find(prefix, columns);
+    return {};
   }
 
  private:
-  static std::vector<Value> all(Block& block, const char* tag) {
+  static std::vector<Value> all(const CifBlock& block, const char* tag) {
     std::vector<Value> values;
-    gemmi::cif::Column column = block.find_values(tag);
-    for (const std::string& raw : column) {
-      std::string text = readable_text(gemmi::cif::as_string(raw));
-      if (!text.empty()) values.push_back({std::move(text), column.item()->line_number});
+    for (const CifValue& value : block.values(tag)) {
+      std::string text = readable_text(cif_string(value.raw));
+      if (!text.empty()) values.push_back({std::move(text), value.line});
     }
     return values;
   }
 
-  std::vector<Block*> blocks_;
+  std::vector<CifBlock> blocks_;
 };
-
-int line_of(const gemmi::cif::Table& table) {
-  return table.loop_item != nullptr ? table.loop_item->line_number : 0;
-}
 
 // ---- Chemistry of symbols
 
@@ -251,10 +162,10 @@ std::optional<ExperimentalInfo::RadiationProbe> probe_of(const std::string& text
 
 class EntryMapper {
  public:
-  EntryMapper(std::vector<Block*> blocks, const std::string& unnamed, const JournalFinder& journals)
+  EntryMapper(const std::vector<CifBlock>& blocks, const std::string& unnamed, const JournalFinder& journals)
       : values_(blocks), unnamed_(unnamed), journals_(journals) {
-    result_.block = blocks.front()->name;
-    if (!blocks.front()->items.empty()) result_.line = blocks.front()->items.front().line_number;
+    result_.block = blocks.front().name();
+    result_.line = blocks.front().first_line();
   }
 
   ImportedEntry mapped() {
@@ -544,15 +455,13 @@ class EntryMapper {
 
   std::vector<THandle<Atom>> atoms(const std::set<std::string>& in_formula) {
     enum Column : std::size_t { label, type_symbol, x, y, z, occupancy };
-    gemmi::cif::Table table = values_.table(
+    const CifTable table = values_.table(
         "_atom_site_", {"label", "?type_symbol", "?fract_x", "?fract_y", "?fract_z", "?occupancy"});
     std::vector<THandle<Atom>> atoms;
     std::vector<std::string> without_place;
     std::set<std::string> without_element;
-    for (const auto row : table) {
-      const auto cell = [&row](std::size_t column) {
-        return row.has2(column) ? readable_text(gemmi::cif::as_string(row[column])) : std::string();
-      };
+    for (const std::vector<std::string>& row : table.rows) {
+      const auto cell = [&row](std::size_t column) { return readable_text(cif_string(row[column])); };
       const std::array place = {cif_number(cell(x)), cif_number(cell(y)), cif_number(cell(z))};
       if (!place[0] || !place[1] || !place[2]) {
         without_place.push_back(cell(label).empty() ? "?" : cell(label));
@@ -566,18 +475,18 @@ class EntryMapper {
       const auto share = cif_number(cell(occupancy));
       if (share) atom->occupancy = share->value();
       if (!share && !cell(occupancy).empty()) {
-        warn(line_of(table), "the occupancy of {} is not a number: '{}'", atom->label, cell(occupancy));
+        warn(table.line, "the occupancy of {} is not a number: '{}'", atom->label, cell(occupancy));
       }
       atoms.push_back(atom);
     }
     if (atoms.empty()) set_absent("atoms");
     if (!without_place.empty()) {
-      warn(line_of(table), "atoms without a place are left out: {}", fmt::join(without_place, ", "));
+      warn(table.line, "atoms without a place are left out: {}", fmt::join(without_place, ", "));
     }
     if (!without_element.empty()) {
-      warn(line_of(table), "atoms of no known element: {}", fmt::join(without_element, ", "));
+      warn(table.line, "atoms of no known element: {}", fmt::join(without_element, ", "));
     }
-    warn_of_repeated_labels(atoms, line_of(table));
+    warn_of_repeated_labels(atoms, table.line);
     return atoms;
   }
 
@@ -602,24 +511,24 @@ class EntryMapper {
     // The first atom of a repeated label.
     std::map<std::string, THandle<Atom>> by_label;
     for (const auto& atom : atoms) by_label.emplace(atom->label, atom);
-    gemmi::cif::Table table =
+    const CifTable table =
         values_.table("_geom_bond_", {"atom_site_label_1", "atom_site_label_2", "distance"});
     using Bonds = std::vector<THandle<PublishedBond>>;
     const THandle<Bonds> bonds(new Bonds);
     std::set<std::string> unknown;
-    for (const auto row : table) {
-      const auto one = by_label.find(readable_text(row.str(first)));
-      const auto other = by_label.find(readable_text(row.str(second)));
-      const auto length = cif_number(row.str(distance));
-      if (one == by_label.end()) unknown.insert(row.str(first));
-      if (other == by_label.end()) unknown.insert(row.str(second));
-      if (!length) warn(line_of(table), "the length of a bond is not a number: '{}'", row[distance]);
+    for (const std::vector<std::string>& row : table.rows) {
+      const auto one = by_label.find(readable_text(cif_string(row[first])));
+      const auto other = by_label.find(readable_text(cif_string(row[second])));
+      const auto length = cif_number(cif_string(row[distance]));
+      if (one == by_label.end()) unknown.insert(cif_string(row[first]));
+      if (other == by_label.end()) unknown.insert(cif_string(row[second]));
+      if (!length) warn(table.line, "the length of a bond is not a number: '{}'", row[distance]);
       if (one == by_label.end() || other == by_label.end() || !length) continue;
       bonds->push_back(
           THandle<PublishedBond>(new PublishedBond(one->second, other->second, *length, false, false)));
     }
     if (!unknown.empty()) {
-      warn(line_of(table), "bonds to unknown atoms are left out: {}", fmt::join(unknown, ", "));
+      warn(table.line, "bonds to unknown atoms are left out: {}", fmt::join(unknown, ", "));
     }
     if (!bonds->empty()) return THandle<PublishedGeometry>(new PublishedGeometry(bonds, false));
     set_absent("published_geometry");
@@ -638,15 +547,15 @@ class EntryMapper {
 
 std::vector<ImportedEntry> import_cif(const std::string& text, const std::string& unnamed,
                                       const JournalFinder& journals) {
-  Document document = parsed(with_line_feeds(text));
-  std::vector<Block*> inherited;  // the nearest first
+  const CifDocument document(text);
+  std::vector<CifBlock> inherited;  // the nearest first
   std::vector<ImportedEntry> entries;
-  for (Block& block : document.blocks) {
+  for (const CifBlock& block : document.blocks()) {
     if (is_shared(block, document)) {
-      inherited.insert(inherited.begin(), &block);
+      inherited.insert(inherited.begin(), block);
       continue;
     }
-    std::vector<Block*> blocks = {&block};
+    std::vector<CifBlock> blocks = {block};
     blocks.insert(blocks.end(), inherited.begin(), inherited.end());
     entries.push_back(EntryMapper(blocks, unnamed, journals).mapped());
   }

@@ -34,11 +34,10 @@
 
 #include <utilities/t_handle.h>
 
-#include <stdexcept>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "tools/cif_document.h"
 #include "tools/entry_file.h"
 #include "tools/journal_finder.h"
 
@@ -54,22 +53,6 @@ struct ImportedEntry {
   std::string operators_from;  // "operators", "Hall name", "Hermann-Mauguin name"; empty when there are none
   std::vector<std::string> absent;  // what the file does not say, by the names of the records' fields
   std::vector<ImportWarning> warnings;
-};
-
-struct CifFault {
-  int line = 0;       // from 1
-  int column = 0;     // from 1
-  std::string block;  // the name of the data block, empty before the first one
-  std::string reason;
-  std::string hint;  // a way out; may be empty
-};
-
-// The text is not CIF. No entry of it is taken.
-class CifError : public std::runtime_error {
- public:
-  explicit CifError(CifFault found) : std::runtime_error(found.reason), fault(std::move(found)) {}
-
-  CifFault fault;
 };
 
 // Line ends may be LF, CRLF or CR. A block without a name gets the identifier `unnamed`. Throws CifError.

@@ -23,7 +23,15 @@ class DATABASE_ENTRY_EXPORT ExperimentalInfo {
  public:
   // Each kind of "not known" has a name of its own, so that all members can be named without their
   // enumeration.
+// The C library has a function gamma(), and clang++ -Wshadow takes the member for its shadow.
+#if defined(__clang__)
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wshadow"
+#endif
   enum RadiationProbe : std::int32_t { unknown_probe = 0, x_ray = 1, neutron = 2, electron = 3, gamma = 4 };
+#if defined(__clang__)
+#pragma clang diagnostic pop
+#endif
   enum PowderStudy : std::int32_t { unknown_study = 0, single_crystal_study = 1, powder_study = 2 };
   enum IntensityMethod : std::int32_t {
     unknown_method = 0,
