@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""instruction_counts.py SEARCH_COST [BYTES]: twice the text may cost at most 2.2 times the instructions.
+"""instruction_counts.py SEARCH_COST [BYTES [FIRST]]: twice the text may cost at most 2.2 times the instructions.
 
-Counts the instructions of every search over a text of BYTES (1,000,000) and over one of twice that, with valgrind,
+Counts the instructions of every search, from number FIRST (0) on, over a text of BYTES (1,000,000) and over one of twice that, with valgrind,
 and prints both and their ratio. Exit code 1 when a ratio is above the limit.
 """
 import re
@@ -25,7 +25,8 @@ def main():
     program = sys.argv[1]
     size = int(sys.argv[2]) if len(sys.argv) > 2 else 1_000_000
     worst = 0
-    for index in range(int(output_of(program).stdout)):
+    first = int(sys.argv[3]) if len(sys.argv) > 3 else 0
+    for index in range(first, int(output_of(program).stdout)):
         name = output_of(program, str(index)).stdout.strip()
         # What the start of the program costs belongs to neither.
         start = instructions(program, index, 0)
