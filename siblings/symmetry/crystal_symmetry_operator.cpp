@@ -118,7 +118,7 @@ class TripletReader {
 std::string magnitude_text(double value) {
   for (const int denominator : {1, 2, 3, 4, 6, 8, 12, 24}) {
     const double numerator = value * denominator;
-    const int whole = numerator < 1000.0 ? static_cast<int>(numerator + 0.5) : 0;
+    const int whole = numerator < 1000.0 ? static_cast<int>(std::lround(numerator)) : 0;
     if (whole > 0 && static_cast<double>(whole) / denominator == value) {
       std::string fraction = std::to_string(whole);
       if (denominator != 1) fraction.append("/").append(std::to_string(denominator));
