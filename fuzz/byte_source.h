@@ -31,7 +31,8 @@ class ByteSource {
 
   // Without a NUL, behind which nothing would be read back.
   std::string text() {
-    const std::size_t size = std::min<std::size_t>(byte(), left());
+    const std::size_t wanted = byte();  // before left() is asked, which it changes
+    const std::size_t size = std::min(wanted, left());
     std::string value(reinterpret_cast<const char*>(next_), size);
     next_ += size;
     value.resize(std::strlen(value.c_str()));

@@ -66,13 +66,38 @@ bool FailAllocation::happened() const {
 
 }  // namespace heap
 
-// The forms for arrays and those that do not throw come to these by default.
+// Every form is written out: a sanitizer brings forms of its own for those that are left to the default.
 void* operator new(std::size_t size) {
   return allocate(size);
+}
+void* operator new[](std::size_t size) {
+  return allocate(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return allocate(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept {
+  return operator new(size, nothrow);
 }
 void operator delete(void* memory) noexcept {
   release(memory);
 }
+void operator delete[](void* memory) noexcept {
+  release(memory);
+}
 void operator delete(void* memory, std::size_t) noexcept {
+  release(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+  release(memory);
+}
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
+  release(memory);
+}
+void operator delete[](void* memory, const std::nothrow_t&) noexcept {
   release(memory);
 }
