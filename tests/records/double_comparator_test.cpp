@@ -30,6 +30,7 @@ TEST(LessThan, IsTheFirstBelowTheSecondMinusTheTolerance) {
       {nan, 1.0, 1e-7, false, "a NaN is not less"},
       {1.0, nan, 1e-7, false, "nothing is less than a NaN"},
       {1.0, 2.0, nan, false, "a tolerance that is a NaN"},
+      {1e16, 1e16 + 2, 1.0, false, "2 - 1 rounds away at this size; adding 1 to the first would not"},
   };
   for (const Comparison& each : comparisons) {
     EXPECT_EQ(less_than(each.a, each.b, each.tolerance), each.less) << each.reason;
