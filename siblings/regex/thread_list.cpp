@@ -15,10 +15,7 @@ void ThreadList::clear() {
   threads_.clear();
   notes_.clear();
   matched_ = false;
-  if (++round_ == 0) {
-    std::fill(seen_.begin(), seen_.end(), 0);
-    round_ = 1;
-  }
+  ++round_;
 }
 
 void ThreadList::append(InstructionIndex instruction, const Position* notes) {

@@ -56,7 +56,7 @@ class ThreadList {
   std::vector<InstructionIndex> threads_;
   std::vector<Position> notes_;
   std::vector<std::uint32_t> seen_;  // by instruction: the round in which it was last reached
-  std::uint32_t round_ = 1;
+  std::uint32_t round_ = 1;          // cannot overflow: a text has fewer than 2^32 bytes
   std::vector<Task> tasks_;
   std::vector<Position> path_notes_;
   bool matched_ = false;
