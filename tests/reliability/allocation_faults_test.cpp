@@ -248,6 +248,17 @@ TEST(OutOfMemoryChanges, ADeferredEntryAsksItsSourceAgain) {
       [](const auto& entry) { ASSERT_EQ(entry.publication()->authors.size(), 1U); });
 }
 
+TEST(OutOfMemorySearches, WithOrdinaryExpressionsNeedNone) {
+  for (const std::string pattern : {"VORN\\s(\\d+)", "IUC(r|R)\\s(\\w+)", "\\d+[A-Z]{0,1}", "\\d+/\\d+",
+                                    "^\\s*([A-Z]{6}[0-9]{0,2})\\s*$"}) {
+    const Regex expression(pattern);
+    const std::string text = " ABCDEF01 ";
+    RegexResults results;
+    const heap::FailAllocation fault(0, heap::Failing::from_then_on);
+    EXPECT_NO_THROW(expression.search(text, results, 0)) << pattern;
+  }
+}
+
 TEST(OutOfMemorySearches, OfIdentifiersKeepThoseThatWereThere) {
   const DatabaseCrossReference reference(DatabaseCrossReference::isomer,
                                          "of [ABCDEF01], [ABCDEF], [X1234567]");
