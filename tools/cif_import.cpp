@@ -411,13 +411,11 @@ class EntryMapper {
     set_absent("symmetry_operators");
     const auto hall = values_.first({"_space_group_name_Hall", "_symmetry_space_group_name_Hall"});
     if (hall) {
-      try {
-        const gemmi::GroupOps group = gemmi::symops_from_hall(hall->text.c_str());
+      if (const gemmi::SpaceGroup* group = group_of_hall_name(hall->text)) {
         result_.operators_from = "Hall name";
-        return operators_of(group);
-      } catch (const std::exception& error) {
-        warn(hall->line, "unknown Hall name '{}': {}", hall->text, error.what());
+        return operators_of(group->operations());
       }
+      warn(hall->line, "unknown Hall name '{}'", hall->text);
     }
     const auto name = values_.first({"_space_group_name_H-M_alt", "_symmetry_space_group_name_H-M"});
     if (name) {
@@ -438,13 +436,22 @@ class EntryMapper {
     Operators operators;
     for (const Value& triplet : triplets) {
       try {
-        operators.push_back(CrystalSymmetryOperator(gemmi::parse_triplet(triplet.text).triplet()));
-      } catch (const std::exception& error) {
-        warn(triplet.line, "not a symmetry operator: '{}' ({})", triplet.text, error.what());
+        operators.push_back(CrystalSymmetryOperator(triplet.text));
+      } catch (const std::invalid_argument& error) {
+        warn(triplet.line, "not a symmetry operator: {}", error.what());
         return {};
       }
     }
     return operators;
+  }
+
+  // The names of the tables only: any other text can make the reader of Hall names write outside its
+  // variables ("P 3 21") or take memory without bound ("P 1 (x/24,y/24,z/24)").
+  static const gemmi::SpaceGroup* group_of_hall_name(std::string name) {
+    std::replace(name.begin(), name.end(), '_', ' ');
+    for (const gemmi::SpaceGroup& group : gemmi::spacegroup_tables::main)
+      if (name == group.hall) return &group;
+    return nullptr;
   }
 
   static Operators operators_of(const gemmi::GroupOps& group) {

@@ -272,7 +272,16 @@ INSTANTIATE_TEST_SUITE_P(
                   "Hermann-Mauguin name", "the axes in words"},
         GroupCase{"_symmetry_space_group_name_Hall 'nonsense'\n_symmetry_space_group_name_H-M 'P -1'\n", "90",
                   2, "Hermann-Mauguin name", "a bad Hall name is passed over"},
+        GroupCase{"_symmetry_space_group_name_Hall '-P_2yn'\n", "90", 4, "Hall name", "_ is a blank"},
+        GroupCase{"_symmetry_space_group_name_Hall 'P 3 21'\n_symmetry_space_group_name_H-M 'P -1'\n", "90",
+                  2, "Hermann-Mauguin name", "a screw without an axis"},
+        GroupCase{"_symmetry_space_group_name_Hall 'P 1 (x/24,y/24,z/24)'\n_symmetry_space_group_name_H-M "
+                  "'P -1'\n",
+                  "90", 2, "Hermann-Mauguin name", "a basis of which 13824 cells make one"},
         GroupCase{"_symmetry_space_group_name_H-M 'nonsense'\n", "90", 0, "", "a bad name is none"},
+        GroupCase{"loop_\n_symmetry_equiv_pos_as_xyz\nx,y,z\n9223372036854775807x,y,z\n"
+                  "_symmetry_space_group_name_H-M 'P -1'\n",
+                  "90", 2, "Hermann-Mauguin name", "a factor beyond every integer"},
         GroupCase{"loop_\n_symmetry_equiv_pos_as_xyz\nx,y,z\nx,y\n_symmetry_space_group_name_H-M 'P -1'\n",
                   "90", 2, "Hermann-Mauguin name", "half a group is no group"}));
 
