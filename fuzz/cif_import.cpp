@@ -4,7 +4,7 @@
 
 #include "entry_point.h"
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void take(const std::uint8_t* data, std::size_t size) {
   static const JournalFinder journals;
   try {
     const std::string text(reinterpret_cast<const char*>(data), size);
@@ -18,5 +18,4 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     require(!std::string(error.what()).empty(), "an error without a reason");
     require(error.fault.line > 0 && error.fault.column > 0, "an error without a place");
   }
-  return 0;
 }

@@ -63,10 +63,10 @@ std::vector<std::size_t> offsets_of(const RegexResults& results) {
 
 }  // namespace
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void take(const std::uint8_t* data, std::size_t size) {
   const std::string bytes(reinterpret_cast<const char*>(data), size);
   const std::size_t end = bytes.find('\n');
-  if (end == std::string::npos) return 0;
+  if (end == std::string::npos) return;
   const std::string pattern = bytes.substr(0, end);
   const std::string text = bytes.substr(end + 1);
   try {
@@ -84,5 +84,4 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Regex(pattern, Regex::extended_syntax).search(text, results, 0);
   } catch (const RegexError&) {
   }
-  return 0;
 }

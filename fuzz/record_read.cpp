@@ -4,11 +4,10 @@
 #include "byte_source.h"
 #include "entry_point.h"
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void take(const std::uint8_t* data, std::size_t size) {
   static const std::vector<Subject> all = subjects();
   ByteSource source(data, size);
   const Subject& subject = all[source.byte() % all.size()];
   const std::string problem = problem_with(subject, source.rest());
   require(problem.empty(), subject.name + (": " + problem));
-  return 0;
 }

@@ -134,7 +134,7 @@ DepositionInfo deposition_info(ByteSource& source) {
 
 }  // namespace
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void take(const std::uint8_t* data, std::size_t size) {
   ByteSource source(data, size);
   switch (source.between(0, 6)) {
     case 0:
@@ -159,5 +159,4 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
       expect_round_trip(deposition_info(source), DepositionInfo());
       break;
   }
-  return 0;
 }

@@ -59,13 +59,12 @@ void find_numbers(const std::string& text) {
 
 }  // namespace
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void take(const std::uint8_t* data, std::size_t size) {
   const std::string bytes(reinterpret_cast<const char*>(data), size);
   const std::size_t end = bytes.find('\n');
-  if (end == std::string::npos) return 0;
+  if (end == std::string::npos) return;
   const std::string text = bytes.substr(end + 1);
   walk(bytes.substr(0, end), text);
   find_identifiers(text);
   find_numbers(text);
-  return 0;
 }
