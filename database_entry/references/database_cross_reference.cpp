@@ -55,9 +55,7 @@ class CollateDatabaseEntryIdentifiers {
   explicit CollateDatabaseEntryIdentifiers(std::vector<DatabaseEntryIdentifier>& identifiers)
       : identifiers_(&identifiers) {}
 
-  void operator()(const RegexResults& results) const {
-    if (results.size() > 1) identifiers_->emplace_back(results.match(1).str());
-  }
+  void operator()(const RegexResults& results) const { identifiers_->emplace_back(results.match(1).str()); }
 
  private:
   std::vector<DatabaseEntryIdentifier>* identifiers_;

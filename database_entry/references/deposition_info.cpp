@@ -73,9 +73,7 @@ class CollectDepositionNumbers {
   CollectDepositionNumbers(std::vector<std::string>& numbers, unsigned int group)
       : numbers_(&numbers), group_(group) {}
 
-  void operator()(const RegexResults& results) const {
-    if (results.size() > group_) numbers_->push_back(results.match(group_).str());
-  }
+  void operator()(const RegexResults& results) const { numbers_->push_back(results.match(group_).str()); }
 
  private:
   std::vector<std::string>* numbers_;

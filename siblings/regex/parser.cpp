@@ -196,7 +196,7 @@ class Parser {
       ++end;
       maximum = byte_is('}') ? unbounded : count();
     }
-    if (!byte_is('}') || pattern_[end - 1] == '{') return {0, 0, 0};
+    if (!byte_is('}')) return {0, 0, 0};
     return {minimum, maximum, static_cast<unsigned int>(end + 1 - position_)};
   }
 

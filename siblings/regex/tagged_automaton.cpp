@@ -125,7 +125,7 @@ class AutomatonBuilder {
     for (std::uint32_t index = 0; index < states_.size(); ++index) {
       const State& state = states_[index];
       if (state.hash == hash && state.may_start == may_start && state.at_text_start == at_text_start &&
-          has_threads(state, threads)) {
+          has_threads(state, threads)) {  // uncovered: false only where two states share a hash
         return index;
       }
     }
@@ -159,9 +159,11 @@ class AutomatonBuilder {
   }
 
   bool has_threads(const State& state, const ThreadList& threads) const {
+    // uncovered: only where two states share a hash
     if (state.threads != threads.size()) return false;
     for (std::size_t thread = 0; thread < threads.size(); ++thread) {
       const Position* notes = thread_notes_.data() + (state.first_thread + thread) * program_.plan.notes;
+      // uncovered: as above
       if (thread_instructions_[state.first_thread + thread] != threads.instruction(thread) ||
           !std::equal(notes, notes + program_.plan.notes, threads.notes(thread))) {
         return false;

@@ -66,7 +66,7 @@ void ThreadList::follow(InstructionIndex first, const Position* notes, Position 
     if (matched_ || seen_[task.instruction] == round_) continue;
     seen_[task.instruction] = round_;
     const Instruction& instruction = program_->instructions[task.instruction];
-    switch (instruction.operation) {
+    switch (instruction.operation) {  // uncovered: every operation has its case
       case Instruction::fork:
         tasks_.push_back({instruction.argument, 0, 0});
         tasks_.push_back({instruction.next, 0, 0});

@@ -125,9 +125,8 @@ std::string magnitude_text(double value) {
       return fraction;
     }
   }
-  char decimal[400];
-  const auto [end, error] = std::to_chars(decimal, decimal + sizeof decimal, value, std::chars_format::fixed);
-  return error == std::errc() ? std::string(decimal, end) : "?";
+  char decimal[400];  // no double needs more
+  return {decimal, std::to_chars(decimal, decimal + sizeof decimal, value, std::chars_format::fixed).ptr};
 }
 
 void append_axis(std::string& sum, int factor, char axis) {

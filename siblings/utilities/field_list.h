@@ -51,7 +51,7 @@ using Field = std::remove_cvref_t<std::tuple_element_t<Index, Fields>>;
 
 // The index behind the scalars that stand side by side from `First` on.
 template <class Fields, std::size_t First>
-constexpr std::size_t end_of_scalars() {
+consteval std::size_t end_of_scalars() {
   if constexpr (First < std::tuple_size_v<Fields>) {
     if constexpr (stream_cursor::ScalarOrArray<Field<Fields, First>>)
       return end_of_scalars<Fields, First + 1>();

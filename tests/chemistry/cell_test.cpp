@@ -90,6 +90,12 @@ TEST(Cell, LeavesASharedListOfOperatorsAloneWhenItIsRead) {
   EXPECT_EQ(cell.symmetry_operators()->size(), 1u);
 }
 
+TEST(Cell, WithoutAListOfOperatorsGetsOneWhenItIsRead) {
+  Cell cell = monoclinic(THandle<Operators>());
+  read_from(stored_cell(), [&](Archive& archive) { cell.read(archive); });
+  EXPECT_EQ(cell, monoclinic(screw_axis()));
+}
+
 TEST(Cell, WithoutAListOfOperatorsIsNotWritten) {
   const Cell cell = monoclinic(THandle<Operators>());
   const std::string stored =
@@ -120,6 +126,7 @@ TEST(Cell, DiffersInAnyNumberAndInItsOperators) {
   EXPECT_NE(cell, Cell(10.0, 11.0, 12.0, 90.0, 95.5, 91.0, screw_axis()));
   EXPECT_NE(cell, monoclinic(THandle<Operators>(new Operators(1))));
   EXPECT_NE(cell, monoclinic(THandle<Operators>()));
+  EXPECT_NE(monoclinic(THandle<Operators>()), cell);
 }
 
 TEST(Cell, ThrowsWhereverTheStreamEnds) {

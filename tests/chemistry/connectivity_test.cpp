@@ -72,6 +72,27 @@ TEST(Connectivity, WithABondToAStrangeAtomEqualsNoneAndIsNotWritten) {
   });
 }
 
+TEST(Connectivity, WithABondThatEndsAtAStrangeAtomEqualsNoneAndIsNotWritten) {
+  const Connectivity original = read_connectivity(stored_connectivity());
+  Connectivity connectivity = read_connectivity(stored_connectivity());
+  connectivity.bonds[1]->second = THandle<ConnectivityAtom>(new ConnectivityAtom);
+  connectivity.bonds[1]->second->label = "H9";
+  EXPECT_NE(original, connectivity);
+  EXPECT_NE(connectivity, original);
+  written([&](Archive& archive) {
+    EXPECT_EQ(message_of<std::invalid_argument>([&] { connectivity.write(archive); }),
+              "Invalid Connectivity: bond 1 names atom H9, which is not in the list");
+  });
+}
+
+TEST(Connectivity, WithAMissingObjectEqualsNoneThatHasIt) {
+  const Connectivity original = read_connectivity(stored_connectivity());
+  Connectivity connectivity = read_connectivity(stored_connectivity());
+  connectivity.bonds[0] = THandle<ConnectivityBond>();
+  EXPECT_NE(original, connectivity);
+  EXPECT_NE(connectivity, original);
+}
+
 TEST(Connectivity, WithAMissingObjectIsNotWritten) {
   Connectivity without_atom;
   without_atom.atoms.resize(1);

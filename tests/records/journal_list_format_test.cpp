@@ -75,6 +75,8 @@ TEST(JournalListFormat, NamesThePlaceOfALineThatIsWrong) {
        "2:21: error: the number has to end in column 21, with nothing but blanks before it"},
       {"0002 000002     0   0   -   0  -1\n",
        "2:25: error: the number has to end in column 25, with nothing but blanks before it"},
+      {"0002 000002     0       0   0  -1\n",
+       "2:21: error: the number has to end in column 21, with nothing but blanks before it"},
       {"0002 000002     0   0   0 0x1  -1\n",
        "2:28: error: the number has to end in column 29, with nothing but blanks before it"},
       {"0002 000002     0   0   0   0   0\n",
@@ -85,6 +87,7 @@ TEST(JournalListFormat, NamesThePlaceOfALineThatIsWrong) {
       {"0002 000002     0   0   0   0  -1 \n", "2:34: error: the line ends with a blank"},
       {"0002 000002     0   0   0   0  -1A\tB\n", "2:35: error: a tab; columns are filled with blanks"},
       {"0002 000002     0   0   0   0  -1A\x1B\n", "2:35: error: a control character"},
+      {"0002 000002     0   0   0   0  -1A\x7F\n", "2:35: error: a control character"},
       {"0002 000002     0   0   0   0  -1\r\n",
        "2:34: error: a carriage return; lines end with a line feed alone (try: dos2unix FILE)"}};
   for (const Damage& damage : damages) {

@@ -72,6 +72,13 @@ TEST(Journal, PrintsItsNameAlone) {
   EXPECT_EQ(printed(Journal(1419)), "Unknown");
 }
 
+TEST(Journal, HandsOutCopiesOfItsTextsWhenItIsAboutToGo) {
+  const std::string name = Journal(4).name();
+  const std::string international_coden = Journal(4).international_coden();
+  EXPECT_EQ(name, "J.Am.Chem.Soc.");
+  EXPECT_EQ(international_coden, "JACSAT");
+}
+
 TEST(Journal, IsStoredAsNameNumberAndCoden) {
   EXPECT_EQ(written([](Archive& archive) { Journal(62).write(archive); }),
             bytes(text("Cancer Biotherapy and Radiopharmaceuticals"), int32(62), text("000062")));

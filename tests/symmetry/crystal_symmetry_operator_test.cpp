@@ -118,6 +118,8 @@ TEST(CrystalSymmetryOperator, RefusesAnythingElseWithTheTextTheOffsetAndTheReaso
            {"1.2.3+x,y,z", "\"1.2.3+x,y,z\" at offset 3: a comma is missing"},
            {"1/2x,y,z",
             "\"1/2x,y,z\" at offset 3: the factor of an axis must be a whole number of at most two digits"},
+           {".5x,y,z",
+            "\".5x,y,z\" at offset 2: the factor of an axis must be a whole number of at most two digits"},
            {"999x,y,z",
             "\"999x,y,z\" at offset 3: the factor of an axis must be a whole number of at most two digits"},
            {"x,y,z;", "\"x,y,z;\" at offset 5: something follows the third sum"},

@@ -15,6 +15,13 @@ TEST(Date, IsNoDateByDefault) {
   EXPECT_EQ(Date().year(), 0);
 }
 
+TEST(Date, HoldsYearMonthAndDay) {
+  const Date date(2003, 5, 17);
+  EXPECT_EQ(date.year(), 2003);
+  EXPECT_EQ(date.month(), 5);
+  EXPECT_EQ(date.day(), 17);
+}
+
 TEST(Date, PrintsYearMonthAndDay) {
   EXPECT_EQ(printed(Date(2003, 5, 17)), "2003-05-17");
   EXPECT_EQ(printed(Date(-44, 3, 15)), "-0044-03-15");

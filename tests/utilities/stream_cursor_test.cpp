@@ -214,6 +214,17 @@ TEST(ReadCursor, GivesUpOnAStreamThatIsInterruptedForEver) {
             "Archive: cannot read an int: Interrupted system call");
 }
 
+TEST(ReadCursor, DoesNotTryAgainOnAStreamThatHadFailedBefore) {
+  const File file = trickle(stored(full), 1, true);
+  ASSERT_EQ(std::fgetc(file.get()), EOF);
+  Archive archive(file.get());
+  int value = -1;
+  EXPECT_EQ(message_of<ArchiveError>([&] { archive >> value; }),
+            "Archive: cannot read an int: Interrupted system call");
+  EXPECT_NE(std::ferror(file.get()), 0);
+  EXPECT_EQ(value, -1);
+}
+
 TEST(ReadCursor, LetsForeignCodeReadBetweenItems) {
   for (const StreamKind& kind : readable_kinds) {
     const File file = kind.open(bytes(int32(1), "x", int32(2), "yz", float64(3)));
@@ -397,6 +408,19 @@ TEST(WriteCursor, LeavesWhatWasWrittenBeforeAnException) {
   EXPECT_THROW(write_fields(archive, 1, std::string("ab"), Thrower()), int);
   std::fputc('.', file.get());
   EXPECT_EQ(contents_of(file.get()), bytes(int32(1), text("ab"), "t."));
+}
+
+TEST(WriteCursor, RefusesACountThatCouldNotBeReadBack) {
+  const std::size_t most = 0x7FFFFFFF;
+  EXPECT_EQ(written([&](Archive& archive) {
+              WriteCursor cursor(archive);
+              cursor.write_run(1);
+              EXPECT_EQ(cursor.checked_count(most, "length"), most);
+              EXPECT_EQ(message_of<ArchiveError>([&] { cursor.checked_count(most + 1, "length"); }),
+                        "Archive: the length 2147483648 is above 2147483647 and could not be read back "
+                        "at offset 4");
+            }),
+            int32(1));
 }
 
 TEST(WriteCursor, LeavesTheBytesOfATextUncheckedAndItsFailureToTheFlush) {

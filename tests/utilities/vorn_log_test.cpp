@@ -6,6 +6,14 @@
 
 namespace {
 
+// What the log was set to before any test.
+TEST(VORNLogAtStart, WritesToStandardError) {
+  testing::internal::CaptureStderr();
+  VORNLog::start_debug_line(0) << "first";
+  VORNLog::end_debug_line();
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "first\n");
+}
+
 class VORNLogTest : public testing::Test {
  protected:
   ~VORNLogTest() override {
@@ -35,13 +43,6 @@ TEST_F(VORNLogTest, IsActiveBetweenTheTwoLevels) {
   EXPECT_TRUE(VORNLog::active(2));
   EXPECT_TRUE(VORNLog::active(3));
   EXPECT_FALSE(VORNLog::active(4));
-}
-
-TEST_F(VORNLogTest, WritesToStandardErrorAtStart) {
-  testing::internal::CaptureStderr();
-  VORNLog::start_debug_line(0) << "seen";
-  VORNLog::end_debug_line();
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "seen\n");
 }
 
 }  // namespace
