@@ -5,6 +5,8 @@
 #pragma once
 
 #include <fcntl.h>
+#include <linux/capability.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -40,6 +42,15 @@ class Program {
     output_ = path;
     return *this;
   }
+  Program& messages_to(const std::string& path) {
+    messages_ = path;
+    return *this;
+  }
+  // Permissions of files hold, even where the test runs as root.
+  Program& held_to_permissions() {
+    held_to_permissions_ = true;
+    return *this;
+  }
   Program& file_size_limit(rlim_t bytes) {
     file_size_limit_ = bytes;
     return *this;
@@ -52,7 +63,7 @@ class Program {
   [[nodiscard]] Outcome run() const {
     const TemporaryFolder folder;
     const std::string out = output_.value_or(folder.file("out"));
-    const std::string messages = folder.file("messages");
+    const std::string messages = messages_.value_or(folder.file("messages"));
     std::vector<char*> arguments;
     for (const std::string& argument : arguments_) arguments.push_back(const_cast<char*>(argument.c_str()));
     arguments.push_back(nullptr);
@@ -71,7 +82,7 @@ class Program {
     if (WIFEXITED(status)) outcome.code = WEXITSTATUS(status);
     if (WIFSIGNALED(status)) outcome.signal = WTERMSIG(status);
     if (!output_) outcome.out = contents_of_file(out);
-    outcome.messages = contents_of_file(messages);
+    if (!messages_) outcome.messages = contents_of_file(messages);
     return outcome;
   }
 
@@ -79,18 +90,25 @@ class Program {
   void become(const std::string& out, const std::string& messages, char** arguments) const {
     ::close(STDOUT_FILENO);
     if (!out.empty() && ::open(out.c_str(), O_WRONLY | O_CREAT, 0644) != STDOUT_FILENO) return;
-    const int error = ::open(messages.c_str(), O_WRONLY | O_CREAT, 0644);
+    const int error = ::open(messages.c_str(), O_WRONLY | O_CREAT | O_NOCTTY, 0644);
     ::dup2(error, STDERR_FILENO);
     if (error != STDERR_FILENO) ::close(error);
     if (file_size_limit_) {
       const rlimit limit = {*file_size_limit_, *file_size_limit_};
       ::setrlimit(RLIMIT_FSIZE, &limit);
     }
+    if (held_to_permissions_) {
+      // Takes effect with the new program; refused to others than root, who do not need it.
+      ::prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE, 0, 0, 0);
+      ::prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH, 0, 0, 0);
+    }
     ::execv(arguments[0], arguments);
   }
 
   std::vector<std::string> arguments_;
   std::optional<std::string> output_;
+  std::optional<std::string> messages_;
+  bool held_to_permissions_ = false;
   std::optional<rlim_t> file_size_limit_;
   std::optional<Signalled> signalled_;
 };

@@ -5,12 +5,14 @@
 #include <sys/stat.h>
 
 #include <csignal>
+#include <stdexcept>
 
 #include "tools/temporary_folder.h"
 
 namespace {
 
 using testing::AnyOf;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -21,6 +23,31 @@ const std::string broken = SAMPLES_FOLDER "/broken.cif";
 Outcome run(const std::vector<std::string>& arguments) {
   return Program(arguments).run();
 }
+
+// Stands in for the terminal that a person watches.
+class WatchedTerminal {
+ public:
+  WatchedTerminal() : descriptor_(::posix_openpt(O_RDWR | O_NOCTTY)) {
+    if (::grantpt(descriptor_) != 0 || ::unlockpt(descriptor_) != 0)
+      throw std::runtime_error("no terminal could be made");
+  }
+  ~WatchedTerminal() { ::close(descriptor_); }
+  WatchedTerminal(const WatchedTerminal&) = delete;
+  WatchedTerminal& operator=(const WatchedTerminal&) = delete;
+
+  [[nodiscard]] std::string name() const { return ::ptsname(descriptor_); }
+
+  // All that was written by programs that have ended.
+  [[nodiscard]] std::string shown() const {
+    std::string text;
+    char byte = 0;
+    while (::read(descriptor_, &byte, 1) == 1) text += byte;
+    return text;
+  }
+
+ private:
+  int descriptor_;
+};
 
 // ---- Usage
 
@@ -238,6 +265,32 @@ TEST(Import, TakesTheGoodFilesAndReportsTheBroken) {
               HasSubstr("{\"status\":\"failed\",\"file\":\"" + broken + "\",\"line\":3,\"column\":1,"));
 }
 
+TEST(Import, ReportsAFileThatMayNotBeReadAndTakesTheOthers) {
+  const TemporaryFolder folder;
+  const std::string secret = folder.with("secret.cif", contents_of_file(invented));
+  ASSERT_EQ(::chmod(secret.c_str(), 0), 0);
+  const Outcome result =
+      Program({"import", secret, invented, "-o", folder.file("x.dbe")}).held_to_permissions().run();
+  EXPECT_EQ(result.code, 1);
+  EXPECT_EQ(result.messages, secret + ": cannot open: Permission denied\n");
+  EXPECT_THAT(result.out, StartsWith("2 entries from 1 files, 1 files not imported, 0 warnings; "));
+}
+
+TEST(Import, TellsAPersonHowFarItIs) {
+  const TemporaryFolder folder;
+  const WatchedTerminal terminal;
+  const std::string slow = folder.file("slow.cif");
+  ASSERT_EQ(::mkfifo(slow.c_str(), 0600), 0);
+  std::thread writer([&slow] {
+    std::ofstream file(slow);  // waits until the import reads
+    std::this_thread::sleep_for(std::chrono::milliseconds(110));
+    file << "data_slow\n_journal_year 1\n";
+  });
+  EXPECT_EQ(Program({"import", slow, invented, "--dry-run"}).messages_to(terminal.name()).run().code, 0);
+  writer.join();
+  EXPECT_THAT(terminal.shown(), EndsWith("\r1/2 files\r\x1b[K"));
+}
+
 TEST(Import, WarnsOfAnIdentifierThatComesTwice) {
   const TemporaryFolder folder;
   const Outcome result = run({"import", invented, invented, "-o", folder.file("x.dbe")});
@@ -403,6 +456,15 @@ TEST(Archive, MayBeEmpty) {
   EXPECT_EQ(result.code, 0);
   EXPECT_EQ(result.out, "");
   EXPECT_EQ(result.messages, "dbentry: " + folder.file("empty.dbe") + ": the file is empty: no entries\n");
+}
+
+TEST(Archive, MayNotBeKeptFromTheReader) {
+  const TemporaryFolder folder;
+  const std::string secret = folder.with("secret.dbe", contents_of_file(archive));
+  ASSERT_EQ(::chmod(secret.c_str(), 0), 0);
+  const Outcome result = Program({"list", secret}).held_to_permissions().run();
+  EXPECT_EQ(result.code, 4);
+  EXPECT_EQ(result.messages, "dbentry: " + secret + ": cannot open: Permission denied\n");
 }
 
 TEST(Archive, MayNotBeAFolder) {
