@@ -60,4 +60,25 @@ done
 
 with_cmake "subdirectory, static" "-DSOURCE_TREE=$tree"
 with_cmake "subdirectory, shared" "-DSOURCE_TREE=$tree" -DBUILD_SHARED_LIBS=ON
+
+# A journal list of somebody's own, in the last of these builds.
+own_build=$work/subdirectory__shared
+own_list=$work/own_list.txt
+set_line_7() { sed "7s/.*/$1/" data/journal_list.txt >"$own_list"; }
+build_with_own_list() {
+  { cmake "-DDATABASE_ENTRY_JOURNAL_LIST=$own_list" "$own_build" && cmake --build "$own_build"; } >"$own_build.log" 2>&1
+}
+# expect_refusal WHAT MESSAGE: the build stops with the message, which CMake may have broken into lines.
+expect_refusal() {
+  ! build_with_own_list || { echo "consumers: $1: nothing was refused" >&2; exit 1; }
+  expect "$1" "$2" grep -oF "$2" <(tr -s '\n ' ' ' <"$own_build.log")
+}
+expect "the journal list of the tree" Unknown "$own_build/journal_consumer" 7
+set_line_7 "0007 OWNJRN  1990   0   0   0   1Own J."
+build_with_own_list || { cat "$own_build.log" >&2; exit 1; }
+expect "a journal list of one's own" "Own J." "$own_build/journal_consumer" 7
+set_line_7 "0007 OWN-RN  1990   0   0   0   1Own J."
+expect_refusal "a damaged journal list" "own_list.txt:7:9: error: a CODEN is six letters and digits"
+rm "$own_list"
+expect_refusal "a missing journal list" "own_list.txt does not exist."
 echo "consumers: $passed passed"
