@@ -33,8 +33,8 @@ RECORDS = ["records_test", "built_in_journal_list_test", "full_journal_list_test
 RELIABILITY = ["reliability_test --gtest_filter=-Everything/Damaged.EveryByteTakesEveryValue/Entry"]
 # What is changed, and the programs that must notice, the quickest first.
 ROOMS = {
-    "siblings/utilities": ["utilities_test", "foundations_test", *RECORDS, "references_test", "entries_test",
-                           *RELIABILITY],
+    "siblings/utilities": ["utilities_test", "foundations_test", "chemistry_test", *RECORDS, "references_test",
+                           "entries_test", *RELIABILITY],
     "siblings/regex": ["regex_test --gtest_filter=-SmallPatterns.*", "references_test",
                        "regex_test --gtest_filter=SmallPatterns.*", "reliability_test --gtest_filter=OutOfMemory*",
                        "small_stack"],
@@ -69,10 +69,12 @@ class Tree:
                         "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON", "-DDATABASE_ENTRY_BUILD_TOOLS=OFF"], check=True,
                        stdout=subprocess.DEVNULL)
         self.digests, self.seconds, self.reached = {}, {}, None
-        for test in dict.fromkeys(test for tests in ROOMS.values() for test in tests):
+        every_test = dict.fromkeys(test for tests in ROOMS.values() for test in tests)
+        for test in every_test:
             failure = self.built(test)
             if failure or not self.passes(test, 600):
                 sys.exit(f"mutate.py: on the unchanged tree {failure or 'a failure'}: {test}")
+        for test in every_test:
             self.digests[test] = self.digest(test)
 
     def copy(self):
