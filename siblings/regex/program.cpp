@@ -29,7 +29,7 @@ class Compiler {
 
   Program compile() {
     const Node whole;
-    ways_.push_back(add(whole, {Instruction::match, 0, 0}));
+    ways_.push_back(add(whole, {Instruction::match}));
     later(Task::write, tree_.root);
     while (!tasks_.empty()) {
       const Task task = tasks_.back();
@@ -195,7 +195,7 @@ class Compiler {
 
   void open_loop(NodeIndex index) {
     const Node& node = tree_.nodes[index];
-    const InstructionIndex again = add(node, {Instruction::fork, 0, 0});
+    const InstructionIndex again = add(node, {Instruction::fork});
     later(Task::drop_under, index);
     if (node.minimum == 0) later(Task::choose, index);
     later(Task::close_loop, index, again);

@@ -23,8 +23,8 @@ struct Instruction {
   };
 
   Operation operation;
-  InstructionIndex next;
-  std::uint32_t argument;
+  InstructionIndex next = 0;
+  std::uint32_t argument = 0;
 };
 
 // No instruction can be reached from itself without taking a byte.

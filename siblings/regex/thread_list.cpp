@@ -55,7 +55,7 @@ void ThreadList::finish(const ThreadList& before, Position here, bool at_text_st
 
 void ThreadList::follow(InstructionIndex first, const Position* notes, Position here) {
   if (notes != path_notes_.data()) std::copy_n(notes, program_->plan.notes, path_notes_.begin());
-  tasks_.push_back({first, 0, 0});
+  tasks_.push_back({first});
   while (!tasks_.empty()) {
     const Task task = tasks_.back();
     tasks_.pop_back();
@@ -68,20 +68,20 @@ void ThreadList::follow(InstructionIndex first, const Position* notes, Position 
     const Instruction& instruction = program_->instructions[task.instruction];
     switch (instruction.operation) {  // uncovered: every operation has its case
       case Instruction::fork:
-        tasks_.push_back({instruction.argument, 0, 0});
-        tasks_.push_back({instruction.next, 0, 0});
+        tasks_.push_back({instruction.argument});
+        tasks_.push_back({instruction.next});
         break;
       case Instruction::save:
         tasks_.push_back({restore, instruction.argument, path_notes_[instruction.argument]});
         path_notes_[instruction.argument] = here;
-        tasks_.push_back({instruction.next, 0, 0});
+        tasks_.push_back({instruction.next});
         break;
       case Instruction::text_start:
-        if (at_text_start_) tasks_.push_back({instruction.next, 0, 0});
+        if (at_text_start_) tasks_.push_back({instruction.next});
         break;
       case Instruction::text_end:
         if (at_text_end_) {
-          tasks_.push_back({instruction.next, 0, 0});
+          tasks_.push_back({instruction.next});
           break;
         }
         [[fallthrough]];

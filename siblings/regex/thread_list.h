@@ -44,8 +44,8 @@ class ThreadList {
   // Work still to be done: follow an instruction, or put an older value back into a note.
   struct Task {
     InstructionIndex instruction;  // or restore
-    std::uint32_t note;
-    Position value;
+    std::uint32_t note = 0;        // to restore
+    Position value = unset;
   };
   static constexpr std::size_t usual_threads = 8;
   static constexpr InstructionIndex restore = ~InstructionIndex{0};
