@@ -43,6 +43,8 @@ TEST(EntrySummaryCheck, ComparesTheLengthWithinItsTolerance) {
   } cases[] = {
       {10.00000005, true, "half the tolerance above"},
       {9.99999995, true, "half the tolerance below"},
+      {10.0 + 1e-7, true, "the tolerance itself above"},
+      {10.0 - 1e-7, true, "the tolerance itself below"},
       {10.0000002, false, "twice the tolerance above"},
       {9.9999998, false, "twice the tolerance below"},
       {std::numeric_limits<double>::quiet_NaN(), true, "NaN differs from nothing"},
