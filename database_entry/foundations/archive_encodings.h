@@ -43,7 +43,7 @@ requires is_archived_component<Component> Archive& operator<<(Archive& archive,
 template <class Component>
 requires is_archived_component<Component> Archive& operator>>(Archive& archive,
                                                               THandle<Component>& component) {
-  component = THandle<Component>(new Component);
+  component = THandle<Component>::make();
   component->read(archive);
   return archive;
 }

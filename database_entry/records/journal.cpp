@@ -5,16 +5,30 @@
 #include <ostream>
 #include <stdexcept>
 
+namespace {
+
+constexpr std::string_view unknown_text = "Unknown";
+
+// The line of a number from 1 on, and whether there is a journal in it.
+struct ListLine {
+  explicit ListLine(int coden) {
+    if (coden > journal_table::line_count) return;
+    line = journal_table::line(coden);
+    title = journal_table::title(line);
+  }
+  [[nodiscard]] bool is_known() const { return !title.empty(); }
+
+  std::string_view line = {};
+  std::string_view title = {};
+};
+
+}  // namespace
+
 Journal::Journal(int coden) : coden_(coden) {
   if (coden < 1) throw std::runtime_error("Journal::Journal: Invalid VORN coden.");
-  if (state(coden) == unknown) {
-    international_coden_ = "Unknown";
-    name_ = "Unknown";
-  } else {
-    const std::string_view line = journal_table::line(coden);
-    international_coden_ = journal_table::international_coden(line);
-    name_ = journal_table::title(line);
-  }
+  const ListLine listed(coden);
+  international_coden_ = listed.is_known() ? journal_table::international_coden(listed.line) : unknown_text;
+  name_ = listed.is_known() ? listed.title : unknown_text;
 }
 
 int Journal::max_vorn_coden() {
@@ -24,10 +38,9 @@ int Journal::max_vorn_coden() {
 int Journal::state(int coden) {
   // The name of the message is what programs know this failure by.
   if (coden < 1) throw std::runtime_error("Journal::discontinued: Invalid VORN coden.");
-  if (coden > max_vorn_coden()) return unknown;
-  const std::string_view line = journal_table::line(coden);
-  if (journal_table::title(line).empty()) return unknown;
-  return journal_table::status_flag(line) < 0 ? discontinued : current;
+  const ListLine listed(coden);
+  if (!listed.is_known()) return unknown;
+  return journal_table::status_flag(listed.line) < 0 ? discontinued : current;
 }
 
 void Journal::write(Archive& archive) const {

@@ -6,7 +6,7 @@
 #include <numbers>
 #include <ostream>
 
-Cell::Cell() : symmetry_operators_(new std::vector<CrystalSymmetryOperator>) {}
+Cell::Cell() : symmetry_operators_(THandle<std::vector<CrystalSymmetryOperator>>::make()) {}
 
 Cell::Cell(double a, double b, double c, double alpha, double beta, double gamma,
            const THandle<std::vector<CrystalSymmetryOperator>>& symmetry_operators)

@@ -63,7 +63,7 @@ void Connectivity::read(Archive& archive) {
   bonds.clear();
   const std::size_t atom_count = read_count(archive);
   for (std::size_t index = 0; index < atom_count; ++index) {
-    const THandle<ConnectivityAtom> atom(new ConnectivityAtom);
+    const THandle<ConnectivityAtom> atom = THandle<ConnectivityAtom>::make();
     atom->read(archive);
     atoms.push_back(atom);
   }
@@ -78,8 +78,8 @@ void Connectivity::read(Archive& archive) {
     StoredBond stored;
     read_fields(archive, stored.first, stored.second, stored.type);
     // In a handle before the list grows, which may fail.
-    const THandle<ConnectivityBond> bond(
-        new ConnectivityBond{atom_at(stored.first), atom_at(stored.second), stored.type});
+    const auto bond =
+        THandle<ConnectivityBond>::make(atom_at(stored.first), atom_at(stored.second), stored.type);
     bonds.push_back(bond);
   }
 }

@@ -3,7 +3,7 @@
 
 #include <ostream>
 
-ConnectivityInfo::ConnectivityInfo() : connectivity_(new Connectivity) {}
+ConnectivityInfo::ConnectivityInfo() : connectivity_(THandle<Connectivity>::make()) {}
 
 ConnectivityInfo::ConnectivityInfo(const THandle<Connectivity>& connectivity) : connectivity_(connectivity) {
   if (connectivity.is_null()) THandleCommon::null_handle_error();

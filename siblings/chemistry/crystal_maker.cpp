@@ -6,7 +6,7 @@
 #include <ostream>
 #include <utility>
 
-CrystalMaker::CrystalMaker() : cell_(new Cell) {}
+CrystalMaker::CrystalMaker() : cell_(THandle<Cell>::make()) {}
 
 CrystalMaker::CrystalMaker(const THandle<Cell>& cell, std::vector<THandle<Atom>> atoms)
     : cell_(cell), atoms_(std::move(atoms)) {
@@ -25,7 +25,7 @@ void CrystalMaker::read(Archive& archive) {
   const std::size_t count = read_count(archive);
   atoms_.reserve(std::min(count, sequence_encoding::believed_count));
   for (std::size_t index = 0; index < count; ++index) {
-    const THandle<Atom> atom(new Atom);
+    const THandle<Atom> atom = THandle<Atom>::make();
     atom->read(archive);
     atoms_.push_back(atom);
   }

@@ -9,8 +9,8 @@
 // and read operations of their own. Each field is stored before the next one is read, so a failure leaves the
 // fields before it with their new values and the ones after it untouched.
 //
-// Scalars that stand side by side, and the count that heads the text or list behind them, make up one run:
-// they are fetched together, and told apart only when they do not all come.
+// Scalars that stand side by side, and the length or count that heads the text or list behind them, make up
+// one run: they are fetched together, and told apart only when they do not all come.
 #pragma once
 
 #include <utilities/fields_of.h>
@@ -19,20 +19,10 @@
 #include <tuple>
 #include <utility>
 
-// A field that stands on the stream as a count and then its contents. Specialised with: count_name, as errors
-// call it; count(field); write(cursor, field) and read(cursor, field, count) for the contents.
+// A list, which stands on the stream as a count and then its elements. Specialised with: count_name, as
+// errors call it; count(field); write(cursor, field) and read(cursor, field, count) for the elements.
 template <class T>
 struct CountedField;
-
-template <>
-struct CountedField<std::string> {
-  static constexpr const char* count_name = "length";
-  static std::size_t count(const std::string& text) { return text.size(); }
-  static void write(WriteCursor& cursor, const std::string& text) { cursor.write_text(text); }
-  static void read(ReadCursor& cursor, std::string& text, std::size_t length) {
-    cursor.read_text(text, length);
-  }
-};
 
 namespace field_list {
 
@@ -73,7 +63,9 @@ void write_from(WriteCursor& cursor, const std::tuple<Types...>& fields) {
     constexpr auto run = std::make_index_sequence<behind - First>();
     if constexpr (behind < sizeof...(Types)) {
       const auto& next = std::get<behind>(fields);
-      if constexpr (Counted<Field<Fields, behind>>) {
+      if constexpr (std::same_as<Field<Fields, behind>, std::string>) {
+        with_fields<First>(fields, run, [&](const auto&... scalars) { cursor.write_text(next, scalars...); });
+      } else if constexpr (Counted<Field<Fields, behind>>) {
         using Contents = CountedField<Field<Fields, behind>>;
         const unsigned int count = cursor.checked_count(Contents::count(next), Contents::count_name);
         with_fields<First>(fields, run, [&](const auto&... scalars) { cursor.write_run(scalars..., count); });
@@ -103,7 +95,9 @@ void read_from(ReadCursor& cursor, const std::tuple<Types...>& fields) {
     constexpr auto run = std::make_index_sequence<behind - First>();
     if constexpr (behind < sizeof...(Types)) {
       auto& next = std::get<behind>(fields);
-      if constexpr (Counted<Field<Fields, behind>>) {
+      if constexpr (std::same_as<Field<Fields, behind>, std::string>) {
+        with_fields<First>(fields, run, [&](auto&... scalars) { cursor.read_text(next, scalars...); });
+      } else if constexpr (Counted<Field<Fields, behind>>) {
         using Contents = CountedField<Field<Fields, behind>>;
         int count = 0;
         with_fields<First>(fields, run, [&](auto&... scalars) { cursor.read_run(scalars..., count); });

@@ -15,7 +15,7 @@ constexpr int most_interruptions = 100;
 // fread until `count` bytes came, the stream ended or failed. Gives the number of bytes that came.
 std::size_t read_whole(FILE* stream, char* into, std::size_t count) {
   std::size_t got = 0;
-  for (int interruptions = 0; interruptions < most_interruptions; ++interruptions) {
+  for (int interruptions = 0; got < count && interruptions < most_interruptions; ++interruptions) {
     const bool had_failed = std::ferror(stream) != 0;
     errno = 0;
     got += stream_window::read_some(stream, into + got, count - got);
@@ -48,11 +48,9 @@ constexpr std::size_t first_chunk = 64 * 1024;
 
 }  // namespace
 
-Read read_across(FILE* stream, const char* next, char* into, std::size_t size) {
-  if (next != nullptr) stream_window::set_unread(stream, next);
+Read read_bytes(FILE* stream, char* into, std::size_t size) {
   const std::size_t got = read_whole(stream, into, size);
-  const int error = got == size || std::feof(stream) != 0 ? 0 : errno;
-  return {stream_window::unread(stream), got, error};
+  return {got, got == size || std::feof(stream) != 0 ? 0 : errno};
 }
 
 void run_cut_short(const Archive& archive, const Run& run, const Read& read) {
@@ -64,15 +62,22 @@ void run_cut_short(const Archive& archive, const Run& run, const Read& read) {
       std::string(item->name) + place(archive, left) + reason(read.error));
 }
 
-stream_window::Unread read_text_across(FILE* stream, const char* next, std::string& text,
-                                       std::size_t length) {
-  // uncovered: null only without the stream's fields
-  if (next != nullptr) stream_window::set_unread(stream, next);
+stream_window::Unread read_long_text(const Archive& archive, stream_window::Unread window, std::string& text,
+                                     int length) {
+  FILE* stream = archive.stream();
+  stream_window::set_unread(stream, window);
+  if (length < 0) negative(archive, "length", length);
+  const auto size = static_cast<std::size_t>(length);
+  if (size <= window.size()) {
+    text.assign(window.next, strnlen(window.next, size));
+    window.next += size;
+    return window;
+  }
   std::string bytes;
   std::size_t got = 0;
-  while (got < length) {
+  while (got < size) {
     // Never more room than twice what has come, so that a false length costs nothing.
-    bytes.resize(std::min(length, std::max(first_chunk, 2 * got)));
+    bytes.resize(std::min(size, std::max(first_chunk, 2 * got)));
     const std::size_t came = read_whole(stream, bytes.data() + got, bytes.size() - got);
     got += came;
     if (got < bytes.size()) break;
@@ -81,13 +86,11 @@ stream_window::Unread read_text_across(FILE* stream, const char* next, std::stri
   return stream_window::unread(stream);
 }
 
-stream_window::Room write_across(const Archive& archive, char* next, const char* from, const Run& run) {
-  FILE* stream = archive.stream();
-  if (next != nullptr) stream_window::set_room(stream, next);
+void write_bytes(const Archive& archive, const char* from, const Run& run) {
   std::size_t size = 0;
   for (std::size_t index = 0; index < run.count; ++index) size += run.items[index].size;
   errno = 0;
-  std::size_t put = stream_window::write_some(stream, from, size);
+  std::size_t put = stream_window::write_some(archive.stream(), from, size);
   if (put < size) {
     const int error = errno;
     const Item* item = run.items;
@@ -95,14 +98,18 @@ stream_window::Room write_across(const Archive& archive, char* next, const char*
     throw ArchiveError("Archive: cannot write " + std::string(item->name) + place(archive, put) +
                        reason(error));
   }
-  return stream_window::room(stream);
 }
 
-stream_window::Room write_text_across(FILE* stream, char* next, const std::string& text) {
-  // uncovered: null only without the stream's fields
-  if (next != nullptr) stream_window::set_room(stream, next);
-  stream_window::write_some(stream, text.data(), text.size());
-  return stream_window::room(stream);
+stream_window::Room write_long_text(const Archive& archive, stream_window::Room window,
+                                    const std::string& text) {
+  if (text.size() <= window.size()) {
+    copy_text(window.next, text.data(), text.size());
+    window.next += text.size();
+    return window;
+  }
+  stream_window::set_room(archive.stream(), window);
+  stream_window::write_some(archive.stream(), text.data(), text.size());
+  return stream_window::room(archive.stream());
 }
 
 void negative(const Archive& archive, const char* what, int value) {

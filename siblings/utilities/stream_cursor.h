@@ -1,10 +1,9 @@
 // Reads and writes the fields of one component with the stream's position held in registers.
 // Internal: callers want utilities/archive.h.
 //
-//   int length = 0;
 //   ReadCursor cursor(archive);
-//   cursor.read_run(z, z_prime, length);     // int, bool, double, enumerations
-//   cursor.read_text(color, cursor.checked_count(length, "length"));
+//   cursor.read_run(z, z_prime);      // int, bool, double, enumerations
+//   cursor.read_text(color, year);    // a scalar, then a text
 //   cursor.detached([&](Archive& whole) { date.read(whole); });
 //
 // field_list.h cuts any list of fields into such steps.
@@ -15,8 +14,8 @@
 // So the bytes, the position, the end of file and the errors are those of one fread or fwrite per item.
 //
 // While a cursor lives nobody else may touch the stream; detached() gives it free for the length of one call.
-// The slow calls take the position by value and give it back by value: a cursor whose address escaped could
-// not live in registers.
+// The slow calls take the window by value and give it back by value: a cursor whose address escaped could not
+// live in registers.
 #pragma once
 
 #include <utilities/archive.h>
@@ -28,6 +27,7 @@
 #include <concepts>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -164,23 +164,16 @@ struct Run {
 };
 
 struct Read {
-  stream_window::Unread after;
   std::size_t got;
   int error;  // as errno has it, 0 at the end of the stream
 };
 
-// Reads up to `size` bytes, partly or wholly from beyond the stream's buffer. Does not throw.
-UTILITIES_EXPORT Read read_across(FILE* stream, const char* next, char* into, std::size_t size);
+// Reads up to `size` bytes from a stream in its true position. Does not throw.
+UTILITIES_EXPORT Read read_bytes(FILE* stream, char* into, std::size_t size);
 // The error for a run of which only the bytes of `read` came.
 [[noreturn]] UTILITIES_EXPORT void run_cut_short(const Archive& archive, const Run& run, const Read& read);
-// Reads the `length` bytes of a text that do not all lie in the stream's buffer.
-UTILITIES_EXPORT stream_window::Unread read_text_across(FILE* stream, const char* next, std::string& text,
-                                                        std::size_t length);
 // Writes the bytes of a run; throws ArchiveError naming the first scalar that cannot be written whole.
-UTILITIES_EXPORT stream_window::Room write_across(const Archive& archive, char* next, const char* from,
-                                                  const Run& run);
-// Writes the bytes of a text, unchecked.
-UTILITIES_EXPORT stream_window::Room write_text_across(FILE* stream, char* next, const std::string& text);
+UTILITIES_EXPORT void write_bytes(const Archive& archive, const char* from, const Run& run);
 [[noreturn]] UTILITIES_EXPORT void negative(const Archive& archive, const char* what, int value);
 [[noreturn]] UTILITIES_EXPORT void too_long(const Archive& archive, const char* what, std::size_t value);
 
@@ -202,6 +195,10 @@ struct Items {
 
 inline constexpr std::size_t short_text = 16;
 
+// The room for the scalars T... and a short text, copied as sixteen bytes whatever its length.
+template <class... T>
+inline constexpr std::ptrdiff_t loose_size = std::ptrdiff_t(Items<T...>::size + short_text);
+
 // The length of a text of `length` bytes up to its first NUL, where sixteen bytes can be looked at: most
 // texts are that short, and two words are compared at once instead of calling strnlen.
 inline std::size_t length_to_nul(const char* sixteen_bytes, std::size_t length) {
@@ -215,6 +212,14 @@ inline std::size_t length_to_nul(const char* sixteen_bytes, std::size_t length) 
     if (nuls != 0) return std::min(length, 8 * word + static_cast<std::size_t>(std::countr_zero(nuls)) / 8);
   }
   return length;
+}
+
+// The text of `length` bytes, fewer than sixteen, up to its first NUL. Sixteen bytes can be looked at: copied
+// as they are, and then cut, without a branch for each length.
+inline void assign_short(std::string& text, const char* sixteen_bytes, std::size_t length) {
+  std::destroy_at(&text);
+  std::construct_at(&text, sixteen_bytes, short_text - 1);  // held in the string itself: cannot throw
+  text.erase(length_to_nul(sixteen_bytes, length));
 }
 
 // memcpy for a text, without a call where it is short; never a byte more than `size`.
@@ -240,6 +245,71 @@ inline void copy_text(char* to, const char* from, std::size_t size) {
   }
 }
 
+// The slow ways. They take a cursor's window by value, give the stream its true position first, so that an
+// exception finds it there, and give a new window back. Not inlined: the quick ways stand in a record once
+// for every field, and the less room they take the sooner the processor has them at hand after a call of the
+// system.
+
+// A text of `length` bytes behind the window's position. Throws ArchiveError for a negative length.
+UTILITIES_EXPORT stream_window::Unread read_long_text(const Archive& archive, stream_window::Unread window,
+                                                      std::string& text, int length);
+// The bytes of a text, unchecked.
+UTILITIES_EXPORT stream_window::Room write_long_text(const Archive& archive, stream_window::Room window,
+                                                     const std::string& text);
+
+// Stores the value at `bytes` if all of it came.
+template <ScalarOrArray T>
+bool take(const char*& bytes, const char* end, T& value) {
+  if constexpr (!Scalar<T>) {
+    return std::all_of(value.begin(), value.end(), [&](auto& element) { return take(bytes, end, element); });
+  } else {
+    if (static_cast<std::size_t>(end - bytes) < wire_size<T>) return false;
+    decode(std::exchange(bytes, bytes + wire_size<T>), value);
+    return true;
+  }
+}
+
+template <ScalarOrArray... T>
+[[gnu::noinline]] stream_window::Unread read_run_across(const Archive& archive, stream_window::Unread window,
+                                                        T&... values) {
+  stream_window::set_unread(archive.stream(), window);
+  char buffer[Items<T...>::size];
+  const Read read = read_bytes(archive.stream(), buffer, sizeof buffer);
+  const char* bytes = buffer;
+  const bool whole = (take(bytes, buffer + read.got, values) && ...);
+  if (!whole) run_cut_short(archive, Items<T...>::run, read);
+  return stream_window::unread(archive.stream());
+}
+
+template <ScalarOrArray... T>
+char* put(char* to, const T&... values) {
+  (encode(std::exchange(to, to + wire_size<T>), values), ...);
+  return to;
+}
+
+template <ScalarOrArray... T>
+[[gnu::noinline]] stream_window::Room write_run_across(const Archive& archive, stream_window::Room window,
+                                                       const T&... values) {
+  stream_window::set_room(archive.stream(), window);
+  char buffer[Items<T...>::size];
+  put(buffer, values...);
+  write_bytes(archive, buffer, Items<T...>::run);
+  return stream_window::room(archive.stream());
+}
+
+// A text with the scalars and the length before it.
+template <ScalarOrArray... T>
+[[gnu::noinline]] stream_window::Room write_text_across(const Archive& archive, stream_window::Room window,
+                                                        const std::string& text, const T&... before) {
+  const auto length = static_cast<unsigned int>(text.size());
+  if (window.size() >= Items<T..., unsigned int>::size) [[likely]] {
+    window.next = put(window.next, before..., length);
+  } else {
+    window = write_run_across(archive, window, before..., length);
+  }
+  return write_long_text(archive, window, text);
+}
+
 }  // namespace stream_cursor
 
 class ReadCursor {
@@ -254,49 +324,32 @@ class ReadCursor {
   // where the stream ends, those that came whole are stored.
   template <stream_cursor::ScalarOrArray... T>
   void read_run(T&... values) {
-    using Items = stream_cursor::Items<T...>;
-    if (available() >= Items::size) [[likely]] {
-      const char* bytes = window_.next;
-      window_.next += Items::size;
-      (stream_cursor::decode(std::exchange(bytes, bytes + stream_cursor::wire_size<T>), values), ...);
-      return;
-    }
-    char buffer[Items::size];
-    const char* bytes = buffer;
-    const stream_cursor::Read read =
-        stream_cursor::read_across(archive_.stream(), window_.next, buffer, Items::size);
-    window_ = read.after;
-    const char* const end = buffer + read.got;
-    const bool whole = (take(bytes, end, values) && ...);
-    if (!whole) [[unlikely]] {
-      release();
-      stream_cursor::run_cut_short(archive_, Items::run, read);
-    }
-  }
-
-  // The text up to its first NUL; all of its bytes are consumed. Where the stream ends first, the bytes that
-  // came. The length is what came before: read it as the last scalar of a run and pass it through
-  // checked_count.
-  void read_text(std::string& text, std::size_t length) {
-    if (length < stream_cursor::short_text && available() >= stream_cursor::short_text) [[likely]] {
-      if (length == 0) {
-        text.clear();
-      } else {
-        text.assign(window_.next, stream_cursor::length_to_nul(window_.next, length));
-      }
-      window_.next += length;
-    } else if (length <= available()) {
-      text.assign(window_.next, strnlen(window_.next, length));
-      window_.next += length;
+    if (window_.size() >= stream_cursor::Items<T...>::size) [[likely]] {
+      take(values...);
     } else {
-      const char* next = window_.next;
-      window_ = {};  // read_text_across has put the position back when it throws
-      const auto after = stream_cursor::read_text_across(archive_.stream(), next, text, length);
-      window_ = after;
+      go_on(stream_cursor::read_run_across(archive_, taken(), values...));
     }
   }
 
-  // A count or a length that was just read. Throws ArchiveError, naming it as `what`, when it is negative.
+  // A text up to its first NUL, with the scalars and the length before it. All of its bytes are consumed;
+  // where the stream ends first, the text is the bytes that came. Throws ArchiveError for a negative length.
+  template <stream_cursor::ScalarOrArray... T>
+  void read_text(std::string& text, T&... before) {
+    int length = 0;
+    if (window_.size() >= stream_cursor::Items<T..., int>::size + stream_cursor::short_text) [[likely]] {
+      take(before..., length);
+      if (static_cast<unsigned int>(length) < stream_cursor::short_text) [[likely]] {
+        stream_cursor::assign_short(text, window_.next, static_cast<std::size_t>(length));
+        window_.next += length;
+        return;
+      }
+    } else {
+      go_on(stream_cursor::read_run_across(archive_, taken(), before..., length));
+    }
+    go_on(stream_cursor::read_long_text(archive_, taken(), text, length));
+  }
+
+  // A count that was just read. Throws ArchiveError, naming it as `what`, when it is negative.
   std::size_t checked_count(int value, const char* what) {
     if (value < 0) [[unlikely]] {
       release();
@@ -314,27 +367,21 @@ class ReadCursor {
   }
 
  private:
-  [[nodiscard]] std::size_t available() const { return static_cast<std::size_t>(window_.end - window_.next); }
-
-  template <class T>
-  static bool take(const char*& bytes, const char* end, T& value) {
-    if constexpr (!stream_cursor::Scalar<T>) {
-      return std::all_of(value.begin(), value.end(),
-                         [&](auto& element) { return take(bytes, end, element); });
-    } else {
-      if (static_cast<std::size_t>(end - bytes) < stream_cursor::wire_size<T>) return false;
-      stream_cursor::decode(std::exchange(bytes, bytes + stream_cursor::wire_size<T>), value);
-      return true;
-    }
+  template <class... T>
+  void take(T&... values) {
+    (stream_cursor::decode(std::exchange(window_.next, window_.next + stream_cursor::wire_size<T>), values),
+     ...);
   }
 
-  // Once given back, a position is stale: forget it, so that an exception does not store it a second time.
-  void release() {
-    if (window_.next != nullptr) {
-      stream_window::set_unread(archive_.stream(), window_.next);
-      window_ = {};
-    }
+  // The window for somebody else to use. Once given away, a position is stale: forgotten, so that it is not
+  // stored a second time when an exception leaves.
+  void go_on(stream_window::Unread window) { window_ = window; }
+  stream_window::Unread taken() {
+    const stream_window::Unread window = window_;
+    window_ = {};
+    return window;
   }
+  void release() { stream_window::set_unread(archive_.stream(), taken()); }
 
   Archive& archive_;
   stream_window::Unread window_;
@@ -351,26 +398,30 @@ class WriteCursor {
   // Scalars that follow one another. Throws ArchiveError naming the first that cannot be written whole.
   template <stream_cursor::ScalarOrArray... T>
   void write_run(const T&... values) {
-    using Items = stream_cursor::Items<T...>;
-    if (room() >= Items::size) [[likely]] {
-      window_.next = put(window_.next, values...);
-      return;
+    if (window_.size() >= stream_cursor::Items<T...>::size) [[likely]] {
+      window_.next = stream_cursor::put(window_.next, values...);
+    } else {
+      go_on(stream_cursor::write_run_across(archive_, taken(), values...));
     }
-    char buffer[Items::size];
-    put(buffer, values...);
-    char* next = window_.next;
-    window_ = {};  // write_across has put the position back when it throws
-    const auto after = stream_cursor::write_across(archive_, next, buffer, Items::run);
-    window_ = after;
   }
 
-  // The bytes of a text, whose arrival is not checked here: flush() sees a stream that has failed.
-  void write_text(const std::string& text) {
-    if (room() >= text.size()) [[likely]] {
-      stream_cursor::copy_text(window_.next, text.data(), text.size());
-      window_.next += text.size();
+  // A text with the scalars and the length before it, which are checked as in a run. The arrival of its own
+  // bytes is not checked here: flush() sees a stream that has failed.
+  template <stream_cursor::ScalarOrArray... T>
+  void write_text(const std::string& text, const T&... before) {
+    const std::size_t size = text.size();
+    if (size <= stream_cursor::short_text &&
+        window_.loose_size() >= stream_cursor::loose_size<T..., unsigned int>) [[likely]] {
+      window_.next = stream_cursor::put(window_.next, before..., static_cast<unsigned int>(size));
+      std::memcpy(window_.next, text.data(), stream_cursor::short_text);
+      window_.next += size;
+    } else if (window_.size() >= stream_cursor::Items<T..., unsigned int>::size + size) {
+      window_.next = stream_cursor::put(window_.next, before..., checked_count(size, "length"));
+      stream_cursor::copy_text(window_.next, text.data(), size);
+      window_.next += size;
     } else {
-      window_ = stream_cursor::write_text_across(archive_.stream(), window_.next, text);
+      checked_count(size, "length");
+      go_on(stream_cursor::write_text_across(archive_, taken(), text, before...));
     }
   }
 
@@ -392,23 +443,13 @@ class WriteCursor {
   }
 
  private:
-  // A line-buffered or unbuffered stream has its end before its position: no room.
-  [[nodiscard]] std::size_t room() const {
-    return window_.next < window_.end ? static_cast<std::size_t>(window_.end - window_.next) : 0;
+  void go_on(stream_window::Room window) { window_ = window; }
+  stream_window::Room taken() {
+    const stream_window::Room window = window_;
+    window_ = {};
+    return window;
   }
-
-  template <class... T>
-  static char* put(char* to, const T&... values) {
-    (stream_cursor::encode(std::exchange(to, to + stream_cursor::wire_size<T>), values), ...);
-    return to;
-  }
-
-  void release() {
-    if (window_.next != nullptr) {
-      stream_window::set_room(archive_.stream(), window_.next);
-      window_ = {};
-    }
-  }
+  void release() { stream_window::set_room(archive_.stream(), taken()); }
 
   Archive& archive_;
   stream_window::Room window_;

@@ -10,19 +10,28 @@
 // DATABASE_ENTRY_STREAM_FIELDS; without it every window is empty, and all bytes go through fread and fwrite.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdio>
 
 namespace stream_window {
 
 struct Unread {
-  const char* next;
-  const char* end;
+  const char* next = nullptr;
+  const char* end = nullptr;
+
+  [[nodiscard]] std::size_t size() const { return static_cast<std::size_t>(end - next); }
 };
 
 struct Room {
-  char* next;
-  char* end;
+  char* next = nullptr;
+  char* end = nullptr;
+  // From `next` to here, bytes that were not asked to be written may be left behind the position: what stands
+  // there is nobody's. Null where it is somebody's, as in a stream over memory, which shows its buffer.
+  char* loose_end = nullptr;
+
+  [[nodiscard]] std::size_t size() const { return static_cast<std::size_t>(end - next); }
+  [[nodiscard]] std::ptrdiff_t loose_size() const { return loose_end - next; }
 };
 
 #ifdef DATABASE_ENTRY_STREAM_FIELDS
@@ -30,26 +39,29 @@ struct Room {
 inline Unread unread(FILE* stream) {
   return {stream->_IO_read_ptr, stream->_IO_read_end};
 }
-inline void set_unread(FILE* stream, const char* next) {
-  stream->_IO_read_ptr = const_cast<char*>(next);
+inline void set_unread(FILE* stream, Unread window) {
+  if (window.next != nullptr) stream->_IO_read_ptr = const_cast<char*>(window.next);
 }
+// A line-buffered or unbuffered stream has its end before its position: no room.
 inline Room room(FILE* stream) {
-  return {stream->_IO_write_ptr, stream->_IO_write_end};
+  char* const next = stream->_IO_write_ptr;
+  char* const end = std::max(next, stream->_IO_write_end);
+  return {next, end, stream->_fileno >= 0 ? end : nullptr};
 }
-inline void set_room(FILE* stream, char* next) {
-  stream->_IO_write_ptr = next;
+inline void set_room(FILE* stream, Room window) {
+  if (window.next != nullptr) stream->_IO_write_ptr = window.next;
 }
 
 #else
 
 inline Unread unread(FILE*) {
-  return {nullptr, nullptr};
+  return {};
 }
-inline void set_unread(FILE*, const char*) {}
+inline void set_unread(FILE*, Unread) {}
 inline Room room(FILE*) {
-  return {nullptr, nullptr};
+  return {};
 }
-inline void set_room(FILE*, char*) {}
+inline void set_room(FILE*, Room) {}
 
 #endif
 

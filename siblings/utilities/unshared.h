@@ -8,6 +8,6 @@
 // gets a new default one. Reading may then overwrite it unseen.
 template <class T>
 T& unshared(THandle<T>& handle) {
-  if (handle.is_null() || handle.use_count() > 1) handle = THandle<T>(new T);
+  if (handle.is_null() || handle.use_count() > 1) handle = THandle<T>::make();
   return *handle;
 }

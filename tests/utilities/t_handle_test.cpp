@@ -65,6 +65,39 @@ TEST(THandle, DestroysThroughTheVirtualDestructor) {
   EXPECT_TRUE(derived_gone);
 }
 
+TEST(THandle, MakesAnObjectFromItsArguments) {
+  int alive = 0;
+  {
+    const auto first = THandle<Counted>::make(alive);
+    const THandle<Counted> second = first;
+    EXPECT_EQ(&first->alive_, &alive);
+    EXPECT_EQ(second.use_count(), 2);
+    EXPECT_EQ(alive, 1);
+  }
+  EXPECT_EQ(alive, 0);
+}
+
+TEST(THandle, MakesADefaultObjectWithoutArguments) {
+  EXPECT_EQ(*THandle<int>::make(), 0);
+  EXPECT_TRUE(THandle<std::vector<int>>::make()->empty());
+}
+
+TEST(THandle, PassesOnWhatTheConstructorOfAMadeObjectThrows) {
+  struct Thrower {
+    Thrower() { throw 7; }
+  };
+  EXPECT_THROW(THandle<Thrower>::make(), int);
+}
+
+TEST(THandle, AMadeObjectMayMeetOneThatWasTakenOver) {
+  int alive = 0;
+  THandle<Counted> handle = THandle<Counted>::make(alive);
+  handle = THandle<Counted>(new Counted(alive));
+  EXPECT_EQ(alive, 1);
+  handle = THandle<Counted>::make(alive);
+  EXPECT_EQ(alive, 1);
+}
+
 TEST(THandle, AssignmentLetsGoOfTheOldTargetAndSharesTheNewOne) {
   int alive = 0;
   THandle<Counted> handle(new Counted(alive));
