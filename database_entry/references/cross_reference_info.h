@@ -18,6 +18,7 @@
 
 #include <iosfwd>
 #include <set>
+#include <tuple>
 #include <vector>
 
 class DATABASE_ENTRY_EXPORT CrossReferenceInfo {
@@ -25,8 +26,7 @@ class DATABASE_ENTRY_EXPORT CrossReferenceInfo {
   // By type as a signed integer, then by text as std::string compares.
   struct CrossReferenceOrdering {
     bool operator()(const DatabaseCrossReference& a, const DatabaseCrossReference& b) const {
-      if (a.type() != b.type()) return a.type() < b.type();
-      return a.text() < b.text();
+      return std::forward_as_tuple(a.type(), a.text()) < std::forward_as_tuple(b.type(), b.text());
     }
   };
   using CrossReferences = std::set<DatabaseCrossReference, CrossReferenceOrdering>;

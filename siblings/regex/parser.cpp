@@ -163,7 +163,7 @@ class Parser {
 
   // Where the quantifiers `* + ? {n} {n,} {n,m}` are decoded, without the lazy mark.
   Quantifier quantifier() const {
-    if (at_end()) return {0, 0, 0};
+    if (at_end()) return {};
     switch (pattern_[position_]) {
       case '*':
         return {0, unbounded, 1};
@@ -174,7 +174,7 @@ class Parser {
       case '{':
         return counted_quantifier();
       default:
-        return {0, 0, 0};
+        return {};
     }
   }
 
@@ -189,14 +189,14 @@ class Parser {
       }
       return value;
     };
-    if (end == pattern_.size() || !is_digit(pattern_[end])) return {0, 0, 0};
+    if (end == pattern_.size() || !is_digit(pattern_[end])) return {};
     const unsigned int minimum = count();
     unsigned int maximum = minimum;
     if (byte_is(',')) {
       ++end;
       maximum = byte_is('}') ? unbounded : count();
     }
-    if (!byte_is('}')) return {0, 0, 0};
+    if (!byte_is('}')) return {};
     return {minimum, maximum, static_cast<unsigned int>(end + 1 - position_)};
   }
 
