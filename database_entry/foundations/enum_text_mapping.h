@@ -69,8 +69,9 @@ class EnumTextMapping {
 
   // Throws std::invalid_argument, naming the text, when no value has it.
   [[nodiscard]] E value(const std::string& text) const {
-    const auto found = std::lower_bound(entries_.begin(), entries_.end(),
-                                        std::pair<E, std::string>(E{}, text), SortOnText());
+    const auto found =
+        std::lower_bound(entries_.begin(), entries_.end(), text,
+                         [](const auto& entry, const std::string& wanted) { return entry.second < wanted; });
     if (found == entries_.end() || found->second != text) {
       throw std::invalid_argument("EnumTextMapping: no value for the text \"" + text + "\"");
     }

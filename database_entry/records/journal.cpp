@@ -44,11 +44,11 @@ int Journal::state(int coden) {
 }
 
 void Journal::write(Archive& archive) const {
-  write_fields(archive, name_, coden_, international_coden_);
+  write_fields(archive, *this);
 }
 
 void Journal::read(Archive& archive) {
-  read_fields(archive, name_, coden_, international_coden_);
+  read_fields(archive, *this);
 }
 
 void Journal::print(std::ostream& os) const {

@@ -12,10 +12,12 @@
 
 #include <database_entry/export.h>
 #include <utilities/archive.h>
+#include <utilities/fields_of.h>
 
 #include <cstdint>
 #include <iosfwd>
 #include <string>
+#include <tuple>
 
 class DATABASE_ENTRY_EXPORT Journal {
  public:
@@ -49,6 +51,14 @@ class DATABASE_ENTRY_EXPORT Journal {
   void print(std::ostream& os) const;
 
  private:
+  friend FieldsOf;
+
+  // In archive order.
+  template <class Self>
+  static auto fields(Self& self) {
+    return std::tie(self.name_, self.coden_, self.international_coden_);
+  }
+
   int coden_;
   std::string international_coden_;
   std::string name_;

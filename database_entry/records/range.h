@@ -10,8 +10,10 @@
 
 #include <mathematics/range_limit.h>
 #include <utilities/archive.h>
+#include <utilities/fields_of.h>
 
 #include <ostream>
+#include <tuple>
 
 template <class T, class Comparator>
 class Range {
@@ -32,9 +34,13 @@ class Range {
   [[nodiscard]] const Comparator& comparator() const& { return comparator_; }
   [[nodiscard]] Comparator comparator() && { return comparator_; }
 
-  void write(Archive& archive) const { archive << lower_condition_ << upper_condition_ << lower_ << upper_; }
+  void write(Archive& archive) const {
+    std::apply([&](const auto&... each) { (archive << ... << each); }, fields(*this));
+  }
 
-  void read(Archive& archive) { archive >> lower_condition_ >> upper_condition_ >> lower_ >> upper_; }
+  void read(Archive& archive) {
+    std::apply([&](auto&... each) { (archive >> ... >> each); }, fields(*this));
+  }
 
   // Conditions and values run together, without a separator.
   void print(std::ostream& os) const { os << lower_condition_ << upper_condition_ << lower_ << upper_; }
@@ -47,6 +53,14 @@ class Range {
   }
 
  private:
+  friend FieldsOf;
+
+  // In archive order.
+  template <class Self>
+  static auto fields(Self& self) {
+    return std::tie(self.lower_condition_, self.upper_condition_, self.lower_, self.upper_);
+  }
+
   T lower_ = {};
   RangeLimit::LimitCondition lower_condition_ = RangeLimit::inclusive;
   T upper_ = {};

@@ -99,12 +99,11 @@ void DatabaseCrossReference::identifiers(std::vector<DatabaseEntryIdentifier>& o
 }
 
 void DatabaseCrossReference::write(Archive& archive) const {
-  write_fields(archive, type_, text_);
+  write_fields(archive, *this);
 }
 
 void DatabaseCrossReference::read(Archive& archive) {
-  read_fields(archive, type_, text_);
-  validate_cross_reference(type_);
+  read_fields(archive, *this);
 }
 
 void DatabaseCrossReference::print(std::ostream& os) const {

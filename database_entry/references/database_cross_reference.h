@@ -15,6 +15,7 @@
 #include <database_entry/foundations/enum_text_mapping.h>
 #include <utilities/archive.h>
 #include <utilities/database_entry_identifier.h>
+#include <utilities/fields_of.h>
 #include <utilities/t_handle.h>
 
 #include <cstdint>
@@ -71,6 +72,15 @@ class DATABASE_ENTRY_EXPORT DatabaseCrossReference {
   [[nodiscard]] static bool scope(CrossReferenceType type);
 
  private:
+  friend FieldsOf;
+
+  // In archive order.
+  template <class Self>
+  static auto fields(Self& self) {
+    return std::tie(self.type_, self.text_);
+  }
+  void check() const { validate_cross_reference(type_); }
+
   CrossReferenceType type_ = unknown;
   std::string text_;
 };

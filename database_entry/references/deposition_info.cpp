@@ -148,6 +148,7 @@ void DepositionInfo::set_text(DepositionType type, const std::string& text) {
     return;
   }
   depositions_.emplace_back(type, std::move(trimmed));
+  if (std::is_sorted(depositions_.begin(), depositions_.end(), DepositionValueLess())) return;
   // Stable, so that the text that was set first stays in front. It cannot throw: it moves the pairs, and
   // sorts in place where it gets no memory.
   std::stable_sort(depositions_.begin(), depositions_.end(), DepositionValueLess());

@@ -29,8 +29,7 @@ double Cell::volume() const {
 }
 
 void Cell::write(Archive& archive) const {
-  write_fields(archive, a_, b_, c_, alpha_, beta_, gamma_);
-  write_fields(archive, *symmetry_operators_);
+  write_fields(archive, a_, b_, c_, alpha_, beta_, gamma_, *symmetry_operators_);
 }
 
 void Cell::read(Archive& archive) {

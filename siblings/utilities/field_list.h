@@ -108,6 +108,7 @@ void read_from(ReadCursor& cursor, const std::tuple<Types...>& fields) {
         }
         if constexpr (Listed<Field<Fields, behind>>) {
           read_from(cursor, FieldsOf::list(next));
+          FieldsOf::check(next);
         } else {
           cursor.detached([&next](Archive& archive) { next.read(archive); });
         }
