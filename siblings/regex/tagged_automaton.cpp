@@ -266,7 +266,8 @@ class AutomatonBuilder {
     if (to != dead && match == none && !to_search) {
       if (moves_.empty() && to == from) return TaggedAutomaton::stay;
       if (moves_.empty()) return to == from + 1 ? TaggedAutomaton::advance : row(to);
-      const bool notes_start = moves_.size() == 1 && moves_[0].to == 0 && moves_[0].from == before;
+      // The first thread started first, so if that was at `before`, no other position is held, nor moved.
+      const bool notes_start = moves_[0].to == 0 && moves_[0].from == before;
       if (to == from + 1 && notes_start) return TaggedAutomaton::begin;
     }
 
