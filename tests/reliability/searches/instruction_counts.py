@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """instruction_counts.py SEARCH_COST [BYTES [FIRST]]: twice the text may cost at most 2.2 times the instructions.
 
-Counts the instructions of every search, from number FIRST (0) on, over a text of BYTES (1,000,000) and over one of twice that, with valgrind,
+Counts the instructions of every search, from number FIRST (0) on, over a text of BYTES (20,000) and over one of twice that, with valgrind,
 and prints both and their ratio. Exit code 1 when a ratio is above the limit.
 """
 import re
@@ -23,7 +23,7 @@ def instructions(program, index, size):
 
 def main():
     program = sys.argv[1]
-    size = int(sys.argv[2]) if len(sys.argv) > 2 else 1_000_000
+    size = int(sys.argv[2]) if len(sys.argv) > 2 else 20_000
     worst = 0
     first = int(sys.argv[3]) if len(sys.argv) > 3 else 0
     for index in range(first, int(output_of(program).stdout)):
