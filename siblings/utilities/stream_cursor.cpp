@@ -73,6 +73,12 @@ stream_window::Unread read_long_text(const Archive& archive, stream_window::Unre
     window.next += size;
     return window;
   }
+  char short_bytes[256];
+  if (size <= sizeof short_bytes) {
+    const std::size_t got = read_whole(stream, short_bytes, size);
+    text.assign(short_bytes, strnlen(short_bytes, got));
+    return stream_window::unread(stream);
+  }
   std::string bytes;
   std::size_t got = 0;
   while (got < size) {
