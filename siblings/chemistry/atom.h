@@ -6,8 +6,10 @@
 #include <chemistry/export.h>
 #include <symmetry/fractional_coordinates.h>
 #include <utilities/archive.h>
+#include <utilities/fields_of.h>
 
 #include <string>
+#include <tuple>
 
 class CHEMISTRY_EXPORT Atom {
  public:
@@ -21,4 +23,14 @@ class CHEMISTRY_EXPORT Atom {
 
   // Exactly; a NaN is equal to nothing.
   friend bool operator==(const Atom&, const Atom&) = default;
+
+ private:
+  friend FieldsOf;
+
+  // In archive order.
+  template <class Self>
+  static auto fields(Self& self) {
+    return std::tie(self.label, self.element, self.position.x, self.position.y, self.position.z,
+                    self.occupancy);
+  }
 };

@@ -2,9 +2,11 @@
 #include <utilities/sequence_encoding.h>
 
 #include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <stdexcept>
-#include <unordered_map>
 
 namespace {
 
@@ -14,15 +16,37 @@ namespace {
 }
 
 // The place of each atom in a list, from 0. An atom that stands there twice is at the first.
-using Positions = std::unordered_map<const ConnectivityAtom*, int>;
+// A table of places that is at most half full; an atom's own may be taken, then it is at the next free one.
+class Positions {
+ public:
+  static constexpr int none = -1;
 
-Positions positions_of(const std::vector<THandle<ConnectivityAtom>>& atoms) {
-  Positions positions;
-  for (const THandle<ConnectivityAtom>& atom : atoms) {
-    positions.emplace(atom.get(), static_cast<int>(&atom - atoms.data()));
+  explicit Positions(const std::vector<THandle<ConnectivityAtom>>& atoms)
+      : atoms_(atoms), places_(std::bit_ceil(2 * atoms.size() + 2), none) {
+    for (const THandle<ConnectivityAtom>& atom : atoms) {
+      int& place = places_[index_of(atom.get())];
+      if (place == none) place = static_cast<int>(&atom - atoms.data());
+    }
   }
-  return positions;
-}
+
+  [[nodiscard]] int of(const THandle<ConnectivityAtom>& atom) const { return places_[index_of(atom.get())]; }
+
+ private:
+  [[nodiscard]] std::size_t index_of(const ConnectivityAtom* atom) const {
+    // The high bits of a product with 2^64 over the golden ratio spread addresses, however far they lie
+    // apart.
+    const std::uint64_t product = std::uint64_t{reinterpret_cast<std::uintptr_t>(atom)} * 0x9E3779B97F4A7C15U;
+    auto index = static_cast<std::size_t>(product >> shift_);
+    while (places_[index] != none && atoms_[static_cast<std::size_t>(places_[index])].get() != atom) {
+      index = (index + 1) & (places_.size() - 1);  // a power of two
+    }
+    return index;
+  }
+
+  const std::vector<THandle<ConnectivityAtom>>& atoms_;
+  std::vector<int> places_;
+  int shift_ = 64 - std::countr_zero(places_.size());
+};
 
 // Compares two lists of handles element by element with `same`; null equals null only.
 template <class Object, class Same>
@@ -34,64 +58,53 @@ bool same_objects(const std::vector<THandle<Object>>& left, const std::vector<TH
                     });
 }
 
-// A bond as it stands in an archive.
-struct StoredBond {
-  int first = 0;
-  int second = 0;
-  BondType type = BondType::unknown;
-};
-
 }  // namespace
 
 void Connectivity::write(Archive& archive) const {
-  archive << static_cast<int>(atoms.size());
-  for (const THandle<ConnectivityAtom>& atom : atoms) atom->write(archive);
-  const Positions positions = bonds.empty() ? Positions() : positions_of(atoms);
-  archive << static_cast<int>(bonds.size());
+  write_fields(archive, atoms);
+  const Positions positions(atoms);
+  WriteCursor cursor(archive);
+  cursor.write_run(cursor.checked_count(bonds.size(), "count"));
   for (std::size_t index = 0; index < bonds.size(); ++index) {
     const ConnectivityBond& bond = *bonds[index];
-    const auto first = positions.find(bond.first.get());
-    const auto second = positions.find(bond.second.get());
-    if (first == positions.end()) no_such_atom(index, bond.first->label);
-    if (second == positions.end()) no_such_atom(index, bond.second->label);
-    write_fields(archive, first->second, second->second, bond.type);
+    const int first = positions.of(bond.first);
+    const int second = positions.of(bond.second);
+    if (first == Positions::none) no_such_atom(index, bond.first->label);
+    if (second == Positions::none) no_such_atom(index, bond.second->label);
+    cursor.write_run(first, second, bond.type);
   }
 }
 
 void Connectivity::read(Archive& archive) {
   atoms.clear();
   bonds.clear();
-  const std::size_t atom_count = read_count(archive);
-  for (std::size_t index = 0; index < atom_count; ++index) {
-    const THandle<ConnectivityAtom> atom = THandle<ConnectivityAtom>::make();
-    atom->read(archive);
-    atoms.push_back(atom);
-  }
+  read_fields(archive, atoms);
   const auto atom_at = [this](int position) {
     if (position < 0 || static_cast<std::size_t>(position) >= atoms.size()) {
       no_such_atom(bonds.size(), std::to_string(position));
     }
     return atoms[static_cast<std::size_t>(position)];
   };
-  const std::size_t bond_count = read_count(archive);
-  for (std::size_t index = 0; index < bond_count; ++index) {
-    StoredBond stored;
-    read_fields(archive, stored.first, stored.second, stored.type);
+  ReadCursor cursor(archive);
+  int bond_count = 0;
+  cursor.read_run(bond_count);
+  for (std::size_t left = cursor.checked_count(bond_count, "count"); left > 0; --left) {
+    int first = 0;
+    int second = 0;
+    BondType type = BondType::unknown;
+    cursor.read_run(first, second, type);
     // In a handle before the list grows, which may fail.
-    const auto bond =
-        THandle<ConnectivityBond>::make(atom_at(stored.first), atom_at(stored.second), stored.type);
+    const auto bond = THandle<ConnectivityBond>::make(atom_at(first), atom_at(second), type);
     bonds.push_back(bond);
   }
 }
 
 bool operator==(const Connectivity& left, const Connectivity& right) {
-  const Positions left_positions = positions_of(left.atoms);
-  const Positions right_positions = positions_of(right.atoms);
+  const Positions left_positions(left.atoms);
+  const Positions right_positions(right.atoms);
   const auto same_place = [&](const THandle<ConnectivityAtom>& one, const THandle<ConnectivityAtom>& other) {
-    const auto place = left_positions.find(one.get());
-    const auto other_place = right_positions.find(other.get());
-    return place != left_positions.end() && other_place != right_positions.end() &&
-           place->second == other_place->second;
+    const int place = left_positions.of(one);
+    return place != Positions::none && place == right_positions.of(other);
   };
   return same_objects(left.atoms, right.atoms, std::equal_to<>()) &&
          same_objects(left.bonds, right.bonds,

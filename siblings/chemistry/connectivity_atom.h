@@ -5,8 +5,10 @@
 
 #include <chemistry/export.h>
 #include <utilities/archive.h>
+#include <utilities/fields_of.h>
 
 #include <string>
+#include <tuple>
 
 class CHEMISTRY_EXPORT ConnectivityAtom {
  public:
@@ -19,4 +21,13 @@ class CHEMISTRY_EXPORT ConnectivityAtom {
   void read(Archive& archive);
 
   friend bool operator==(const ConnectivityAtom&, const ConnectivityAtom&) = default;
+
+ private:
+  friend FieldsOf;
+
+  // In archive order.
+  template <class Self>
+  static auto fields(Self& self) {
+    return std::tie(self.element, self.label, self.charge, self.hydrogen_count);
+  }
 };

@@ -2,7 +2,6 @@
 #include <utilities/sequence_encoding.h>
 #include <utilities/unshared.h>
 
-#include <algorithm>
 #include <ostream>
 #include <utility>
 
@@ -15,20 +14,13 @@ CrystalMaker::CrystalMaker(const THandle<Cell>& cell, std::vector<THandle<Atom>>
 
 void CrystalMaker::write(Archive& archive) const {
   cell_->write(archive);
-  archive << static_cast<int>(atoms_.size());
-  for (const THandle<Atom>& atom : atoms_) atom->write(archive);
+  write_fields(archive, atoms_);
 }
 
 void CrystalMaker::read(Archive& archive) {
   atoms_.clear();
   unshared(cell_).read(archive);
-  const std::size_t count = read_count(archive);
-  atoms_.reserve(std::min(count, sequence_encoding::believed_count));
-  for (std::size_t index = 0; index < count; ++index) {
-    const THandle<Atom> atom = THandle<Atom>::make();
-    atom->read(archive);
-    atoms_.push_back(atom);
-  }
+  read_fields(archive, atoms_);
 }
 
 void CrystalMaker::print(std::ostream& os) const {

@@ -136,14 +136,6 @@ template <class... Fields>
   field_list::read_from(cursor, fields);
 }
 
-// A count alone, for lists of what is held through handles. Throws ArchiveError when it is negative.
-inline std::size_t read_count(Archive& archive) {
-  int count = 0;
-  ReadCursor cursor(archive);
-  cursor.read_run(count);
-  return cursor.checked_count(count, "count");
-}
-
 template <class... Fields>
 void write_fields(Archive& archive, const Fields&... fields) {
   write_fields(archive, std::tie(fields...));

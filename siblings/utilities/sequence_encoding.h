@@ -3,6 +3,7 @@
 #pragma once
 
 #include <utilities/field_list.h>
+#include <utilities/t_handle.h>
 
 #include <algorithm>
 #include <vector>
@@ -36,5 +37,24 @@ struct CountedField<std::vector<Element>> {
   static void read(ReadCursor& cursor, std::vector<Element>& list, std::size_t count) {
     sequence_encoding::read_elements(
         list, count, [&cursor](Element& element) { field_list::read_from(cursor, std::tie(element)); });
+  }
+};
+
+// Reading makes every object anew: others may hold those that stood in the list.
+template <class Object>
+struct CountedField<std::vector<THandle<Object>>> {
+  static constexpr const char* count_name = "count";
+  static std::size_t count(const std::vector<THandle<Object>>& list) { return list.size(); }
+  static void write(WriteCursor& cursor, const std::vector<THandle<Object>>& list) {
+    for (const THandle<Object>& object : list) field_list::write_from(cursor, std::tie(*object));
+  }
+  static void read(ReadCursor& cursor, std::vector<THandle<Object>>& list, std::size_t count) {
+    list.clear();
+    list.reserve(std::min(count, sequence_encoding::believed_count));
+    for (std::size_t index = 0; index < count; ++index) {
+      const auto object = THandle<Object>::make();
+      field_list::read_from(cursor, std::tie(*object));
+      list.push_back(object);
+    }
   }
 };
