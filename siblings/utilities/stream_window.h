@@ -27,7 +27,7 @@ struct Room {
   char* next = nullptr;
   char* end = nullptr;
   // From `next` to here, bytes that were not asked to be written may be left behind the position: what stands
-  // there is nobody's. Null where it is somebody's, as in a stream over memory, which shows its buffer.
+  // there is nobody's. Not behind the position where it is somebody's: a stream over memory shows its buffer.
   char* loose_end = nullptr;
 
   [[nodiscard]] std::size_t size() const { return static_cast<std::size_t>(end - next); }
@@ -46,7 +46,7 @@ inline void set_unread(FILE* stream, Unread window) {
 inline Room room(FILE* stream) {
   char* const next = stream->_IO_write_ptr;
   char* const end = std::max(next, stream->_IO_write_end);
-  return {next, end, stream->_fileno >= 0 ? end : nullptr};
+  return {next, end, stream->_fileno >= 0 ? end : next};
 }
 inline void set_room(FILE* stream, Room window) {
   if (window.next != nullptr) stream->_IO_write_ptr = window.next;
