@@ -38,6 +38,8 @@ TEST(ConnectivityEntry, TakesTheFileNameOfAQueryApart) {
       {"7 a.b.qdx", "7", "a.b", "the name may hold dots"},
       {"7 a.qdx.qdx", "7", "a.qdx", "the last .qdx ends the name"},
       {"1.2.3\t \n2-(a),b.qdx", "1.2.3", "2-(a),b", "any white space; hyphen, brackets and comma"},
+      {"09 AZaz09.qdx", "09", "AZaz09", "the first and the last of digits and letters, with a name"},
+      {"09AZaz.qdx", "09AZaz", "old", "the same without a name"},
       {"5 x.qdx.bak", "5", "x", "what follows .qdx is ignored"},
       {"5 x_y.qdx", "5 x_y.qdx", "old", "no underscore in a name"},
       {"5 xXqdx", "5 xXqdx", "old", "behind a name the dot is a dot"},

@@ -92,6 +92,9 @@ TEST(DatabaseCrossReference, FindsTheIdentifiersThatStandInItsText) {
     const char* reason;
   } cases[] = {
       {"[abcdef] [Z1234567] [ABCDEF12]", {"abcdef", "ABCDEF12", "Z1234567"}, "refcodes first; any case"},
+      {"[AZazAZ09] [a0987654] [z0000000]",
+       {"AZazAZ09", "a0987654", "z0000000"},
+       "the first and the last of letters and digits"},
       {"[ABCDEF], [ABCDEF]", {"ABCDEF", "ABCDEF"}, "repeated ones are kept"},
       {"[ABCDEF][GHIJKL01]", {"ABCDEF", "GHIJKL01"}, "nothing need stand between"},
       {"[[ABCDEF]]", {"ABCDEF"}, "an extra bracket is text"},
