@@ -402,6 +402,17 @@ TEST(WriteCursor, GivesEveryKindOfStreamTheBytesOfOneFwritePerItem) {
   }
 }
 
+TEST(WriteCursor, LeavesWhatStandsBehindAShortTextInAMemoryStream) {
+  for (std::size_t length = 0; length <= 20; ++length) {
+    const std::string value(length, 'a');
+    const std::string actual = written_to_memory([&](FILE* stream) {
+      Archive archive(stream);
+      write_fields(archive, value);
+    });
+    EXPECT_EQ(actual, "....." + text(value) + std::string(391 - length, '.'));
+  }
+}
+
 TEST(WriteCursor, LeavesWhatWasWrittenBeforeAnException) {
   const File file = file_with("");
   Archive archive(file.get());
