@@ -20,7 +20,7 @@ Archive& read_scalar(Archive& archive, T& value) {
 
 }  // namespace
 
-Archive::Archive(FILE* stream) : stream_(stream) {}
+Archive::Archive(FILE* stream) : stream_(stream), is_file_(stream_window::is_file(stream)) {}
 
 Archive& Archive::operator<<(int value) {
   return write_scalar(*this, value);

@@ -40,6 +40,8 @@ class UTILITIES_EXPORT Archive {
   void flush();
 
   [[nodiscard]] FILE* stream() const { return stream_; }
+  // Whether the stream is one of the system's files, as far as the C library tells; false for memory.
+  [[nodiscard]] bool is_file() const { return is_file_; }
 
   // The part of an entry that is being read or written, as errors name it; null when none is. The text must
   // outlive the archive: a string literal.
@@ -49,4 +51,5 @@ class UTILITIES_EXPORT Archive {
  private:
   const char* component_ = nullptr;
   FILE* stream_;
+  bool is_file_;
 };

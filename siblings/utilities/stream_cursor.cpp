@@ -115,7 +115,7 @@ stream_window::Room write_long_text(const Archive& archive, stream_window::Room 
   }
   stream_window::set_room(archive.stream(), window);
   stream_window::write_some(archive.stream(), text.data(), text.size());
-  return stream_window::room(archive.stream());
+  return stream_window::room(archive.stream(), archive.is_file());
 }
 
 void negative(const Archive& archive, const char* what, int value) {

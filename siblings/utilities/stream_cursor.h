@@ -294,7 +294,7 @@ template <ScalarOrArray... T>
   char buffer[Items<T...>::size];
   put(buffer, values...);
   write_bytes(archive, buffer, Items<T...>::run);
-  return stream_window::room(archive.stream());
+  return stream_window::room(archive.stream(), archive.is_file());
 }
 
 // A text with the scalars and the length before it.
@@ -390,7 +390,7 @@ class ReadCursor {
 class WriteCursor {
  public:
   explicit WriteCursor(Archive& archive)
-      : archive_(archive), window_(stream_window::room(archive.stream())) {}
+      : archive_(archive), window_(stream_window::room(archive.stream(), archive.is_file())) {}
   WriteCursor(const WriteCursor&) = delete;
   WriteCursor& operator=(const WriteCursor&) = delete;
   ~WriteCursor() { release(); }
@@ -439,7 +439,7 @@ class WriteCursor {
   void detached(Work&& work) {
     release();
     work(archive_);
-    window_ = stream_window::room(archive_.stream());
+    window_ = stream_window::room(archive_.stream(), archive_.is_file());
   }
 
  private:

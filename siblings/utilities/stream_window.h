@@ -26,8 +26,8 @@ struct Unread {
 struct Room {
   char* next = nullptr;
   char* end = nullptr;
-  // From `next` to here, bytes that were not asked to be written may be left behind the position: what stands
-  // there is nobody's. Not behind the position where it is somebody's: a stream over memory shows its buffer.
+  // Up to here bytes that nobody asked for may be left behind the position, as nobody sees them there. Not
+  // behind the position in a stream over memory, which shows its buffer.
   char* loose_end = nullptr;
 
   [[nodiscard]] std::size_t size() const { return static_cast<std::size_t>(end - next); }
@@ -42,11 +42,15 @@ inline Unread unread(FILE* stream) {
 inline void set_unread(FILE* stream, Unread window) {
   if (window.next != nullptr) stream->_IO_read_ptr = const_cast<char*>(window.next);
 }
+// Whether the stream writes to a file of the system, and its buffer is its own.
+inline bool is_file(FILE* stream) {
+  return stream != nullptr && fileno(stream) >= 0;
+}
 // A line-buffered or unbuffered stream has its end before its position: no room.
-inline Room room(FILE* stream) {
+inline Room room(FILE* stream, bool is_file) {
   char* const next = stream->_IO_write_ptr;
   char* const end = std::max(next, stream->_IO_write_end);
-  return {next, end, stream->_fileno >= 0 ? end : next};
+  return {next, end, is_file ? end : next};
 }
 inline void set_room(FILE* stream, Room window) {
   if (window.next != nullptr) stream->_IO_write_ptr = window.next;
@@ -58,7 +62,10 @@ inline Unread unread(FILE*) {
   return {};
 }
 inline void set_unread(FILE*, Unread) {}
-inline Room room(FILE*) {
+inline bool is_file(FILE*) {
+  return false;
+}
+inline Room room(FILE*, bool) {
   return {};
 }
 inline void set_room(FILE*, Room) {}

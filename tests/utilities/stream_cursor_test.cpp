@@ -350,7 +350,7 @@ std::string written_to_memory(const std::function<void(FILE*)>& write) {
   std::fputs(std::string(400, '.').c_str(), stream);
   std::fseek(stream, 5, SEEK_SET);
   write(stream);
-  std::fseek(stream, 0, SEEK_END);
+  std::fseek(stream, 400, SEEK_SET);  // its end as it was: SEEK_END would be where the writing ended
   std::fclose(stream);
   const std::string result(memory, size);
   std::free(memory);
