@@ -42,7 +42,7 @@ class CHEMISTRY_EXPORT Cell {
     return symmetry_operators_;
   }
 
-  // Throws NullHandleError, after the six numbers, when there is no list of operators.
+  // Throws NullHandleError, before anything is written, when there is no list of operators.
   virtual void write(Archive& archive) const;
   // Others who share the list of operators keep it as it was: a new one is filled. Throws ArchiveError where
   // the stream ends or the count is negative; what was read before stays.
