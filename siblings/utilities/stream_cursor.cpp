@@ -15,7 +15,7 @@ constexpr int most_interruptions = 100;
 // fread until `count` bytes came, the stream ended or failed. Gives the number of bytes that came.
 std::size_t read_whole(FILE* stream, char* into, std::size_t count) {
   std::size_t got = 0;
-  for (int interruptions = 0; got < count && interruptions < most_interruptions; ++interruptions) {
+  for (int interruptions = 0; interruptions < most_interruptions; ++interruptions) {
     const bool had_failed = std::ferror(stream) != 0;
     errno = 0;
     got += stream_window::read_some(stream, into + got, count - got);

@@ -72,6 +72,22 @@ TEST(Connectivity, WithABondToAStrangeAtomEqualsNoneAndIsNotWritten) {
   });
 }
 
+TEST(Connectivity, FindsAnAtomThatIsListedTwiceAtItsFirstPlace) {
+  Connectivity connectivity = read_connectivity(stored_connectivity());
+  connectivity.atoms.push_back(connectivity.atoms[0]);
+  const std::string stored = written([&](Archive& archive) { connectivity.write(archive); });
+  EXPECT_EQ(stored.substr(stored.size() - 24), bytes(stored_bond(0, 1, 1), stored_bond(1, 0, 99)));
+}
+
+TEST(ConnectivityAtom, IsElementLabelChargeAndHydrogenCount) {
+  ConnectivityAtom atom;
+  const std::string stored = bytes(text("N"), text("N1"), int32(1), int32(3));
+  read_from(stored, [&](Archive& archive) { atom.read(archive); });
+  EXPECT_EQ(atom.label, "N1");
+  EXPECT_EQ(atom.hydrogen_count, 3);
+  EXPECT_EQ(written([&](Archive& archive) { atom.write(archive); }), stored);
+}
+
 TEST(Connectivity, WithABondThatEndsAtAStrangeAtomEqualsNoneAndIsNotWritten) {
   const Connectivity original = read_connectivity(stored_connectivity());
   Connectivity connectivity = read_connectivity(stored_connectivity());

@@ -8,6 +8,10 @@
 
 namespace {
 
+TEST(Archive, MayBeMadeWithoutAStream) {
+  EXPECT_EQ(Archive(nullptr).stream(), nullptr);
+}
+
 TEST(Archive, WritesIntsAsFourBytesLeastSignificantFirst) {
   EXPECT_EQ(written([](Archive& archive) { archive << 1 << -2 << 0x01020304; }),
             std::string("\1\0\0\0\xFE\xFF\xFF\xFF\4\3\2\1", 12));
