@@ -1,5 +1,6 @@
 #include <chemistry/atom.h>
 #include <gtest/gtest.h>
+#include <utilities/sequence_encoding.h>
 
 #include "stored_chemistry.h"
 
@@ -28,6 +29,15 @@ TEST(Atom, ReadsBackWhole) {
   EXPECT_EQ(read_from(stored_carbon(), [&](Archive& archive) { atom.read(archive); }),
             static_cast<long>(stored_carbon().size()));
   EXPECT_EQ(atom, carbon());
+}
+
+TEST(Atom, OfAListIsMadeAnewWhenTheListIsRead) {
+  const THandle<Atom> held(new Atom);
+  std::vector<THandle<Atom>> atoms = {held, held};
+  read_from(bytes(int32(1), stored_carbon()), [&](Archive& archive) { read_fields(archive, atoms); });
+  ASSERT_EQ(atoms.size(), 1u);
+  EXPECT_EQ(*atoms[0], carbon());
+  EXPECT_EQ(*held, Atom());
 }
 
 TEST(Atom, DiffersInAnySingleField) {
