@@ -82,9 +82,17 @@ TEST(Date, ReadsBackDaysAndNoDate) {
 
 TEST(Date, KeepsItsValueWhenTheArchiveHoldsNoDay) {
   Date date(2003, 5, 17);
-  EXPECT_THROW(
-      read_from(bytes(int32(2003), int32(13), int32(1)), [&](Archive& archive) { date.read(archive); }),
-      std::invalid_argument);
+  const NoDay cases[] = {{2003, 13, 1, "no month"},
+                         {2003, 1, 0, "no day"},
+                         {0, 0, 1, "no month"},
+                         {0, 1, 0, "no day"},
+                         {2003, 0, 0, "a year alone"}};
+  for (const NoDay& c : cases) {
+    EXPECT_THROW(read_from(bytes(int32(c.year), int32(c.month), int32(c.day)),
+                           [&](Archive& archive) { date.read(archive); }),
+                 std::invalid_argument)
+        << c.reason;
+  }
   EXPECT_THROW(read_from(bytes(int32(1), int32(2)), [&](Archive& archive) { date.read(archive); }),
                ArchiveError);
   EXPECT_EQ(date, Date(2003, 5, 17));
