@@ -67,6 +67,10 @@ stream_window::Unread read_long_text(const Archive& archive, stream_window::Unre
   FILE* stream = archive.stream();
   stream_window::set_unread(stream, window);
   if (length < 0) negative(archive, "length", length);
+  if (length == 0) {  // without the stream's fields there is no window to look into
+    text.clear();
+    return window;
+  }
   const auto size = static_cast<std::size_t>(length);
   if (size <= window.size()) {
     text.assign(window.next, strnlen(window.next, size));
