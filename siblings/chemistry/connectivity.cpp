@@ -62,9 +62,10 @@ bool same_objects(const std::vector<THandle<Object>>& left, const std::vector<TH
 
 void Connectivity::write(Archive& archive) const {
   write_fields(archive, atoms);
-  const Positions positions(atoms);
   WriteCursor cursor(archive);
   cursor.write_run(cursor.checked_count(bonds.size(), "count"));
+  if (bonds.empty()) return;
+  const Positions positions(atoms);
   for (std::size_t index = 0; index < bonds.size(); ++index) {
     const ConnectivityBond& bond = *bonds[index];
     const int first = positions.of(bond.first);
