@@ -197,7 +197,7 @@ inline constexpr std::size_t short_text = 16;
 
 // The room for the scalars T... and a short text, copied as sixteen bytes whatever its length.
 template <class... T>
-inline constexpr std::ptrdiff_t loose_size = std::ptrdiff_t(Items<T...>::size + short_text);
+inline constexpr std::ptrdiff_t room_for_short_text = std::ptrdiff_t(Items<T...>::size + short_text);
 
 // The length of a text of `length` bytes up to its first NUL, where sixteen bytes can be looked at: most
 // texts are that short, and two words are compared at once instead of calling strnlen.
@@ -245,8 +245,8 @@ inline void copy_text(char* to, const char* from, std::size_t size) {
   }
 }
 
-// The slow ways. They take a cursor's window by value, give the stream its true position first, so that an
-// exception finds it there, and give a new window back. Not inlined: the quick ways stand in a record once
+// The slow ways. They take a cursor's window by value, give the stream its true position before anything can
+// throw, and give a new window back. Not inlined: the quick ways stand in a record once
 // for every field, and the less room they take the sooner the processor has them at hand after a call of the
 // system.
 
@@ -310,14 +310,35 @@ template <ScalarOrArray... T>
   return write_long_text(archive, window, text);
 }
 
+// What both cursors are: an archive, and the part of its stream's buffer that they work in.
+template <class Window>
+class Cursor {
+ public:
+  Cursor(const Cursor&) = delete;
+  Cursor& operator=(const Cursor&) = delete;
+
+ protected:
+  Cursor(Archive& archive, Window window) : archive_(archive), window_(window) {}
+  ~Cursor() = default;
+
+  // The window for somebody else to use. Once given away, its position is stale: forgotten, so that it is not
+  // stored a second time when an exception leaves.
+  Window taken() {
+    const Window window = window_;
+    window_ = {};
+    return window;
+  }
+  void go_on(Window window) { window_ = window; }
+
+  Archive& archive_;
+  Window window_;
+};
+
 }  // namespace stream_cursor
 
-class ReadCursor {
+class ReadCursor : stream_cursor::Cursor<stream_window::Unread> {
  public:
-  explicit ReadCursor(Archive& archive)
-      : archive_(archive), window_(stream_window::unread(archive.stream())) {}
-  ReadCursor(const ReadCursor&) = delete;
-  ReadCursor& operator=(const ReadCursor&) = delete;
+  explicit ReadCursor(Archive& archive) : Cursor(archive, stream_window::unread(archive.stream())) {}
   ~ReadCursor() { release(); }
 
   // Scalars that follow one another, in one look at the buffer or one call. Each is stored before the next;
@@ -373,26 +394,13 @@ class ReadCursor {
      ...);
   }
 
-  // The window for somebody else to use. Once given away, a position is stale: forgotten, so that it is not
-  // stored a second time when an exception leaves.
-  void go_on(stream_window::Unread window) { window_ = window; }
-  stream_window::Unread taken() {
-    const stream_window::Unread window = window_;
-    window_ = {};
-    return window;
-  }
   void release() { stream_window::set_unread(archive_.stream(), taken()); }
-
-  Archive& archive_;
-  stream_window::Unread window_;
 };
 
-class WriteCursor {
+class WriteCursor : stream_cursor::Cursor<stream_window::Room> {
  public:
   explicit WriteCursor(Archive& archive)
-      : archive_(archive), window_(stream_window::room(archive.stream(), archive.is_file())) {}
-  WriteCursor(const WriteCursor&) = delete;
-  WriteCursor& operator=(const WriteCursor&) = delete;
+      : Cursor(archive, stream_window::room(archive.stream(), archive.is_file())) {}
   ~WriteCursor() { release(); }
 
   // Scalars that follow one another. Throws ArchiveError naming the first that cannot be written whole.
@@ -411,8 +419,9 @@ class WriteCursor {
   void write_text(const std::string& text, const T&... before) {
     const std::size_t size = text.size();
     if (size <= stream_cursor::short_text &&
-        window_.loose_size() >= stream_cursor::loose_size<T..., unsigned int>) [[likely]] {
+        window_.loose_size() >= stream_cursor::room_for_short_text<T..., unsigned int>) [[likely]] {
       window_.next = stream_cursor::put(window_.next, before..., static_cast<unsigned int>(size));
+      // A string has sixteen bytes to look at, however short it is: in itself or behind its pointer.
       std::memcpy(window_.next, text.data(), stream_cursor::short_text);
       window_.next += size;
     } else if (window_.size() >= stream_cursor::Items<T..., unsigned int>::size + size) {
@@ -443,14 +452,5 @@ class WriteCursor {
   }
 
  private:
-  void go_on(stream_window::Room window) { window_ = window; }
-  stream_window::Room taken() {
-    const stream_window::Room window = window_;
-    window_ = {};
-    return window;
-  }
   void release() { stream_window::set_room(archive_.stream(), taken()); }
-
-  Archive& archive_;
-  stream_window::Room window_;
 };
