@@ -109,6 +109,9 @@ class Parser {
 
   bool at_end() const { return position_ == pattern_.size(); }
   bool next_is(char byte) const { return !at_end() && pattern_[position_] == byte; }
+  bool next_are(std::string_view bytes) const {
+    return pattern_.compare(position_, bytes.size(), bytes) == 0;
+  }
 
   void skip_ignored() {
     if (!extended_) return;
@@ -235,7 +238,7 @@ class Parser {
     const std::size_t offset = position_++;
     unsigned int capture = 0;
     if (next_is('?')) {
-      if (position_ + 1 == pattern_.size() || pattern_[position_ + 1] != ':') {
+      if (!next_are("?:")) {
         fail(offset, "of the groups that start with (? only (?: is supported, no lookaround and no options");
       }
       position_ += 2;
@@ -342,7 +345,7 @@ class Parser {
     for (bool first = true; first || !next_is(']'); first = false) {
       const std::size_t offset = position_;
       ByteSet member = read_class_member(class_offset);
-      if (next_is('-') && position_ + 1 < pattern_.size() && pattern_[position_ + 1] != ']') {
+      if (next_is('-') && !next_are("-]")) {
         ++position_;
         const ByteSet last = read_class_member(class_offset);
         member = class_range(offset, member, last);

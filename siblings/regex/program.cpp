@@ -140,7 +140,7 @@ class Compiler {
     InstructionIndex* entry = ways();
     InstructionIndex next = no_node;
     for (std::size_t way = 0; way < width_; ++way) {
-      const bool same = way > 0 && entry[way] == next;
+      const bool same = entry[way] == next;  // never the first
       next = entry[way];
       entry[way] = same ? entry[way - 1] : add(tree_.nodes[node], {operation, next, argument});
     }
@@ -151,7 +151,7 @@ class Compiler {
     const InstructionIndex* other = ways(1);
     InstructionIndex preferred = no_node;
     for (std::size_t way = 0; way < width_; ++way) {
-      const bool same = way > 0 && entry[way] == preferred && other[way] == other[way - 1];
+      const bool same = entry[way] == preferred && other[way] == other[way - 1];  // never the first
       preferred = entry[way];
       entry[way] = same ? entry[way - 1] : add(node, fork(node.greedy, preferred, other[way]));
     }
@@ -182,7 +182,7 @@ class Compiler {
     const Node& node = tree_.nodes[index];
     if (node.maximum == unbounded) {
       // x{3,} is xxx+, of which the loop is the last part, so it is written first.
-      if (node.minimum > 1) later(Task::write_many, node.first_child, node.minimum - 1);
+      later(Task::write_many, node.first_child, std::max(node.minimum, 1U) - 1);
       return open_loop(index);
     }
     later(Task::write_many, node.first_child, node.minimum);

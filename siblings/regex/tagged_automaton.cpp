@@ -303,15 +303,12 @@ class AutomatonBuilder {
     std::uint8_t run = 1;
     for (std::uint32_t state = 0; state < states_.size() && run != 0; ++state) {
       std::uint32_t* transitions = automaton_.transitions_.data() + row(state);
-      bool stays = false;
       for (std::size_t kind = 0; kind < kinds_.size(); ++kind) {
         if (transitions[kind] != TaggedAutomaton::stay) continue;
         runs_of_kind[kind] = static_cast<std::uint8_t>(runs_of_kind[kind] | run);
-        stays = true;
+        transitions[automaton_.run()] = run;
       }
-      if (!stays) continue;
-      transitions[automaton_.run()] = run;
-      run = static_cast<std::uint8_t>(run << 1U);
+      if (transitions[automaton_.run()] == run) run = static_cast<std::uint8_t>(run << 1U);
     }
     for (std::size_t byte = 0; byte < 256; ++byte) {
       automaton_.runs_of_byte_[byte] = runs_of_kind[automaton_.kind_of_byte_[byte]];

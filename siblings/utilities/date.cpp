@@ -1,6 +1,7 @@
 #include <utilities/date.h>
 #include <utilities/field_list.h>
 
+#include <array>
 #include <chrono>
 #include <cstdlib>
 #include <ostream>
@@ -33,11 +34,10 @@ void Date::write(Archive& archive) const {
 }
 
 void Date::read(Archive& archive) {
-  int year = 0;
-  int month = 0;
-  int day = 0;
-  read_fields(archive, year, month, day);
-  *this = year == 0 && month == 0 && day == 0 ? Date() : Date(year, month, day);
+  using Numbers = std::array<int, 3>;
+  Numbers read{};
+  read_fields(archive, read);
+  *this = read == Numbers{} ? Date() : Date(read[0], read[1], read[2]);
 }
 
 void Date::print(std::ostream& os) const {

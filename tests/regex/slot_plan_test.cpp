@@ -27,6 +27,7 @@ TEST(SlotPlan, NotesOnlyWhatDoesNotFollowFromOtherNotes) {
       {"(a{3})(b{2}c){2}", 2, "the last of several iterations is noted where it ends"},
       {"x*(ab)?y", 2, "a group of fixed length that may take no part"},
       {"(a+)b", 1, "one byte before the end"},
+      {"(a|b)()(^)()c*", 1, "groups of nothing"},
       {"(a|bc)*d", 3, "both ends of a group that varies and is repeated"},
   };
   for (const auto& each : cases) {
