@@ -1,10 +1,13 @@
 // Every way of damaging a full example of everything that is archived: each read ends in an exception of a
 // documented type or in an object that writes and reads back, leaks nothing, and takes memory in proportion
 // to the stream.
+#include <database_entry/records/journal.h>
 #include <gtest/gtest.h>
 #include <reliability/support/damage.h>
 #include <reliability/support/heap.h>
 #include <reliability/support/subjects.h>
+
+#include <limits>
 
 namespace {
 
@@ -25,6 +28,15 @@ class Damaged : public testing::TestWithParam<Subject> {
   }
   [[nodiscard]] static const std::string& whole() { return GetParam().layout.bytes(); }
 };
+
+TEST(FalseLength, CostsRoomForTheFirst64KiB) {
+  const std::string stream = bytes(int32(std::numeric_limits<int>::max()), "a name");
+  Journal journal(1);
+  heap::start_peak();
+  EXPECT_THROW(read_stream(journal, stream), ArchiveError);
+  EXPECT_GE(heap::peak_bytes(), 64U * 1024);
+  EXPECT_LE(heap::peak_bytes(), 64U * 1024 + 64);
+}
 
 TEST_P(Damaged, TheUndamagedStreamReadsBack) {
   examine(whole(), {"nothing", 0, 0});

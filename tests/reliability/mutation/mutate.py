@@ -40,8 +40,8 @@ ROOMS = {
                        "small_stack"],
     "database_entry/foundations": ["foundations_test", *RECORDS, "references_test", "entries_test", *RELIABILITY],
     "database_entry/records": [*RECORDS, "entries_test", *RELIABILITY],
-    "database_entry/references": ["references_test", "entries_test", *RELIABILITY],
-    "database_entry/entries": ["entries_test", "checks_test", *RELIABILITY],
+    "database_entry/references": ["references_test", "entries_test", "search_flags_test", *RELIABILITY],
+    "database_entry/entries": ["entries_test", "search_flags_test", "checks_test", *RELIABILITY],
     "database_entry/checks": ["checks_test"],
 }
 
