@@ -3,7 +3,7 @@
 #include <database_entry/database_entry.h>
 #include <gtest/gtest.h>
 #include <reliability/support/heap.h>
-#include <reliability/support/subjects.h>
+#include <reliability/support/subject_test.h>
 
 #include <sstream>
 
@@ -59,15 +59,7 @@ void expect_no_leak(const Action& action) {
       nothing, [&](Nothing) { action(); }, [](Nothing) {});
 }
 
-class OutOfMemory : public testing::TestWithParam<Subject> {
- protected:
-  [[nodiscard]] static const std::string& whole() { return GetParam().layout.bytes(); }
-  [[nodiscard]] static std::unique_ptr<Archived> full() {
-    auto object = GetParam().make();
-    read_stream(*object, whole());
-    return object;
-  }
-};
+using OutOfMemory = SubjectTest;
 
 TEST_P(OutOfMemory, MakingAnEmptyOneLeaksNothing) {
   expect_no_leak([] { static_cast<void>(GetParam().make()); });

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <reliability/support/damage.h>
 #include <reliability/support/heap.h>
-#include <reliability/support/subjects.h>
+#include <reliability/support/subject_test.h>
 
 #include <limits>
 
@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t heap_per_byte = 32;
 constexpr std::size_t heap_base = 1 << 20;
 
-class Damaged : public testing::TestWithParam<Subject> {
+class Damaged : public SubjectTest {
  protected:
   static void examine(const std::string& stream, const Damage& damage) {
     const std::size_t live = heap::live_bytes();
@@ -26,7 +26,6 @@ class Damaged : public testing::TestWithParam<Subject> {
     ASSERT_LE(peak, heap_per_byte * stream.size() + heap_base) << damage;
     ASSERT_EQ(heap::live_bytes(), live) << damage;
   }
-  [[nodiscard]] static const std::string& whole() { return GetParam().layout.bytes(); }
 };
 
 TEST(FalseLength, CostsRoomForTheFirst64KiB) {

@@ -2,7 +2,7 @@
 // caller, and the object is as it was.
 #include <gtest/gtest.h>
 #include <reliability/support/heap.h>
-#include <reliability/support/subjects.h>
+#include <reliability/support/subject_test.h>
 
 #include <sstream>
 #include <streambuf>
@@ -29,11 +29,10 @@ class ThrowingBuffer : public std::streambuf {
   std::string taken_;
 };
 
-class OntoABadStream : public testing::TestWithParam<Subject> {};
+using OntoABadStream = SubjectTest;
 
 TEST_P(OntoABadStream, APrintPassesTheFailureAtAnyCharacterOn) {
-  const auto object = GetParam().make();
-  read_stream(*object, GetParam().layout.bytes());
+  const auto object = full();
   const std::string text = printed(*object);
   for (std::size_t room = 0; room < text.size(); ++room) {
     const std::size_t live = heap::live_bytes();
@@ -46,12 +45,11 @@ TEST_P(OntoABadStream, APrintPassesTheFailureAtAnyCharacterOn) {
     }
     ASSERT_EQ(heap::live_bytes(), live) << room;
   }
-  EXPECT_EQ(archived(*object), GetParam().layout.bytes());
+  EXPECT_EQ(archived(*object), whole());
 }
 
 TEST_P(OntoABadStream, APrintOntoAStreamThatKeepsSilentEndsToo) {
-  const auto object = GetParam().make();
-  read_stream(*object, GetParam().layout.bytes());
+  const auto object = full();
   ThrowingBuffer buffer(0);
   std::ostream os(&buffer);
   object->print(os);

@@ -1,23 +1,14 @@
 // Streams that come in pieces, are interrupted at every call, or fill up.
 #include <gtest/gtest.h>
 #include <reliability/support/failing_streams.h>
-#include <reliability/support/subjects.h>
+#include <reliability/support/subject_test.h>
 #include <sys/resource.h>
 
 #include <csignal>
 
 namespace {
 
-class OverABadStream : public testing::TestWithParam<Subject> {
- protected:
-  [[nodiscard]] static const std::string& whole() { return GetParam().layout.bytes(); }
-  // The subject's own example.
-  [[nodiscard]] static std::unique_ptr<Archived> full() {
-    auto object = GetParam().make();
-    read_stream(*object, whole());
-    return object;
-  }
-};
+using OverABadStream = SubjectTest;
 
 // Writes the object and flushes. True when neither reported a failure.
 bool writes_whole(const Archived& object, FILE* stream) {
