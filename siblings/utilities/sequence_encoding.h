@@ -6,6 +6,7 @@
 #include <utilities/t_handle.h>
 
 #include <algorithm>
+#include <span>
 #include <vector>
 
 namespace sequence_encoding {
@@ -19,9 +20,9 @@ inline constexpr std::size_t believed_count = 1024;
 template <class Element, class ReadElement>
 void read_elements(std::vector<Element>& list, std::size_t count, const ReadElement& read_element) {
   list.resize(std::min(count, std::max(list.size(), believed_count)));
-  for (std::size_t index = 0; index < count; ++index) {
-    if (index == list.size()) list.resize(std::min(count, 2 * index));
-    read_element(list[index]);
+  for (std::size_t done = 0; done < count; done = list.size()) {
+    list.resize(std::min(count, list.size() + done));
+    for (Element& element : std::span(list).subspan(done)) read_element(element);
   }
 }
 
