@@ -31,14 +31,14 @@ void add_scale_cases(Suite& suite, const StoredEntries& entries, std::size_t man
     const std::size_t count = passes * entries.size();
     const std::size_t bytes = passes * entries.bytes.size();
     FILE* file = file_in_memory();
-    for (const auto& [name, storage] : copies) {
-      const std::string subject = (passes == 1 ? few_name : many_name) + name;
-      const auto write = [storage, file, passes] {
+    for (const auto& copy : copies) {
+      const std::string subject = (passes == 1 ? few_name : many_name) + copy.name;
+      const auto write = [storage = copy.storage, file, passes] {
         std::rewind(file);
         for (std::size_t pass = 0; pass < passes; ++pass) storage->write_file(file);
         std::fflush(file);
       };
-      const auto read = [storage, file, passes] {
+      const auto read = [storage = copy.storage, file, passes] {
         std::rewind(file);
         for (std::size_t pass = 0; pass < passes; ++pass) storage->read_file(file);
       };
