@@ -42,7 +42,7 @@ class CommandLine {
 
   ExitCode run(int argument_count, const char* const* arguments) {
     arguments_.assign(arguments, arguments + argument_count);
-    if (argument_count > 1 && arguments[1][0] != '-') check_command(arguments[1]);
+    if (argument_count > 1) check_first(arguments[1]);
     try {
       app_.parse(argument_count, arguments);
     } catch (const CLI::ParseError& error) {
@@ -52,11 +52,27 @@ class CommandLine {
   }
 
  private:
-  void check_command(const std::string& name) {
+  // A command, or an option of the program itself.
+  void check_first(const std::string& name) {
+    const bool is_option = name.starts_with('-');
+    const std::vector<std::string> names = is_option ? option_names(app_) : command_names();
+    if (std::find(names.begin(), names.end(), name) != names.end()) return;
+    throw ToolError(ExitCode::usage, unknown_name(is_option ? "option" : "command", name, names));
+  }
+
+  std::vector<std::string> command_names() {
     std::vector<std::string> names;
     for (const CLI::App* command : app_.get_subcommands({})) names.push_back(command->get_name());
-    if (std::find(names.begin(), names.end(), name) != names.end()) return;
-    throw ToolError(ExitCode::usage, unknown_name("command", name, names));
+    return names;
+  }
+
+  static std::vector<std::string> option_names(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : app.get_options()) {
+      for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+      for (const std::string& name : option->get_snames()) names.push_back("-" + name);
+    }
+    return names;
   }
 
   // Help and the version are asked for in the same way as mistakes are told.
@@ -74,10 +90,7 @@ class CommandLine {
     const std::string help =
         fmt::format("; see: dbentry {}--help", command == &app_ ? "" : command->get_name() + " ");
     if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::ExtrasError)) return help;
-    std::vector<std::string> names;
-    for (const CLI::Option* option : command->get_options()) {
-      for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
-    }
+    const std::vector<std::string> names = option_names(*command);
     for (const std::string& argument : arguments_) {
       if (argument.rfind("--", 0) != 0) continue;
       const std::string option = argument.substr(0, argument.find('='));
@@ -202,25 +215,36 @@ void write_message(Terminal& terminal, const std::string& message) {
   for (std::string line; std::getline(lines, line);) terminal.messages << "dbentry: " << line << '\n';
 }
 
+struct Result {
+  ExitCode code;
+  std::string message = {};
+};
+
+template <class Action>
+Result attempt(const Action& action) {
+  try {
+    return {action()};
+  } catch (const ClosedPipe&) {
+    return {ExitCode::done};  // whoever reads the output has had enough
+  } catch (const ToolError& error) {
+    return {error.code(), error.what()};
+  } catch (const std::bad_alloc&) {
+    return {ExitCode::problems, "not enough memory"};
+  } catch (const std::exception& error) {
+    return {ExitCode::problems, error.what()};
+  }
+}
+
 }  // namespace
 
 ExitCode run_command_line(int argument_count, const char* const* arguments, Terminal& terminal) {
-  ExitCode code = ExitCode::problems;
-  try {
-    code = CommandLine(terminal).run(argument_count, arguments);
-    terminal.out.flush();
-    return code;
-  } catch (const ClosedPipe&) {
-    throw;
-  } catch (const ToolError& error) {
-    // What was printed comes before the message, unless it is the output that has failed.
+  const Result command = attempt([&] { return CommandLine(terminal).run(argument_count, arguments); });
+  // What was printed comes before the message of the command, unless it is the output that has failed.
+  const Result output = attempt([&] {
     if (terminal.out.good()) terminal.out.flush();
-    write_message(terminal, error.what());
-    return error.code();
-  } catch (const std::bad_alloc&) {
-    write_message(terminal, "not enough memory");
-  } catch (const std::exception& error) {
-    write_message(terminal, error.what());
-  }
-  return ExitCode::problems;
+    return ExitCode::done;
+  });
+  write_message(terminal, output.message);
+  write_message(terminal, command.message);
+  return std::max(command.code, output.code);
 }

@@ -29,15 +29,7 @@ int main(int argument_count, char** arguments) {
     std::ostream out(&buffer);
     out.exceptions(std::ios::badbit);
     Terminal terminal{out, std::cerr, ::isatty(STDOUT_FILENO) != 0, ::isatty(STDERR_FILENO) != 0};
-    try {
-      return static_cast<int>(run_command_line(argument_count, arguments, terminal));
-    } catch (const ToolError& error) {
-      // The output itself has failed while a message was to follow it.
-      std::cerr << "dbentry: " << error.what() << '\n';
-      return static_cast<int>(error.code());
-    }
-  } catch (const ClosedPipe&) {
-    return static_cast<int>(ExitCode::done);
+    return static_cast<int>(run_command_line(argument_count, arguments, terminal));
   } catch (const std::exception& error) {
     std::cerr << "dbentry: " << error.what() << '\n';
     return static_cast<int>(ExitCode::problems);

@@ -42,6 +42,11 @@ class Program {
     output_ = path;
     return *this;
   }
+  // Standard output is a pipe that nobody reads any more.
+  Program& output_to_nobody() {
+    output_to_nobody_ = true;
+    return *this;
+  }
   Program& messages_to(const std::string& path) {
     messages_ = path;
     return *this;
@@ -89,7 +94,14 @@ class Program {
  private:
   void become(const std::string& out, const std::string& messages, char** arguments) const {
     ::close(STDOUT_FILENO);
-    if (!out.empty() && ::open(out.c_str(), O_WRONLY | O_CREAT, 0644) != STDOUT_FILENO) return;
+    if (output_to_nobody_) {
+      int ends[2];
+      if (::pipe(ends) != 0) return;
+      ::dup2(ends[1], STDOUT_FILENO);  // in the place of the end to read from
+      ::close(ends[1]);
+    } else if (!out.empty() && ::open(out.c_str(), O_WRONLY | O_CREAT, 0644) != STDOUT_FILENO) {
+      return;
+    }
     const int error = ::open(messages.c_str(), O_WRONLY | O_CREAT | O_NOCTTY, 0644);
     ::dup2(error, STDERR_FILENO);
     if (error != STDERR_FILENO) ::close(error);
@@ -108,6 +120,7 @@ class Program {
   std::vector<std::string> arguments_;
   std::optional<std::string> output_;
   std::optional<std::string> messages_;
+  bool output_to_nobody_ = false;
   bool held_to_permissions_ = false;
   std::optional<rlim_t> file_size_limit_;
   std::optional<Signalled> signalled_;

@@ -69,6 +69,10 @@ INSTANTIATE_TEST_SUITE_P(
     Cases, Usage,
     testing::Values(
         UsageCase{{"shwo", archive}, 2, "dbentry: unknown command 'shwo'; did you mean 'show'?\n"},
+        UsageCase{{"--vershion"}, 2, "dbentry: unknown option '--vershion'; did you mean '--version'?\n"},
+        UsageCase{{"--frobnicate"},
+                  2,
+                  "dbentry: unknown option '--frobnicate'; known are: --version, --help, -h\n"},
         UsageCase{{"list", archive, "-c", "athors"},
                   2,
                   "dbentry: unknown column 'athors'; did you mean 'authors'?\n"},
@@ -446,6 +450,31 @@ TEST(StandardOutput, MayLoseItsReader) {
   EXPECT_EQ(std::system(("bash -c '" + command + "'").c_str()), 0);
   EXPECT_EQ(contents_of_file(folder.file("out")), "identifier: first\n");
   EXPECT_EQ(contents_of_file(folder.file("messages")), "");
+}
+
+TEST(StandardOutput, MayLoseItsReaderBeforeTheFirstByte) {
+  const Outcome result = Program({"list", archive}).output_to_nobody().run();
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.messages, "");
+}
+
+TEST(StandardOutput, LosesNothingOfWhatTheCommandFoundWithItsReader) {
+  const Outcome whole = run({"import", broken, "--dry-run"});
+  const Outcome result = Program({"import", broken, "--dry-run"}).output_to_nobody().run();
+  EXPECT_EQ(result.code, 1);
+  EXPECT_EQ(result.messages, whole.messages);
+}
+
+TEST(StandardOutput, IsToldBesideTheMessageOfTheCommandWhenBothFail) {
+  const TemporaryFolder folder;
+  const std::string whole = contents_of_file(archive);
+  const std::string cut = folder.with("cut.dbe", whole + whole.substr(0, whole.size() - 1));
+  const std::string of_command = run({"list", cut}).messages;
+  ASSERT_THAT(of_command, HasSubstr("is damaged"));
+  const Outcome result = Program({"list", cut}).output_to("/dev/full").run();
+  EXPECT_EQ(result.code, 5);
+  EXPECT_EQ(result.messages,
+            "dbentry: standard output: cannot write: No space left on device\n" + of_command);
 }
 
 // ---- Files that are no archives
