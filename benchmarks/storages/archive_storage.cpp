@@ -1,5 +1,5 @@
 // The library itself. This source is built twice: once for the program, and once more, together with all of
-// the library, for the portable path (see portable.map).
+// the library, for the portable path (see portable_archive.map).
 #include <database_entry/entries/crystal_structure_immediate_database_entry.h>
 #include <utilities/archive.h>
 

@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <csignal>
 #include <optional>
 #include <string>
 #include <thread>
@@ -105,6 +106,8 @@ class Program {
     const int error = ::open(messages.c_str(), O_WRONLY | O_CREAT | O_NOCTTY, 0644);
     ::dup2(error, STDERR_FILENO);
     if (error != STDERR_FILENO) ::close(error);
+    // Whoever started the tests, such as nohup, may have had it ignored.
+    if (signalled_) ::signal(signalled_->signal, SIG_DFL);
     if (file_size_limit_) {
       const rlimit limit = {*file_size_limit_, *file_size_limit_};
       ::setrlimit(RLIMIT_FSIZE, &limit);
