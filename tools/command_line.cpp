@@ -92,7 +92,7 @@ class CommandLine {
     if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::ExtrasError)) return help;
     const std::vector<std::string> names = option_names(*command);
     for (const std::string& argument : arguments_) {
-      if (argument.rfind("--", 0) != 0) continue;
+      if (!argument.starts_with("--")) continue;
       const std::string option = argument.substr(0, argument.find('='));
       if (std::find(names.begin(), names.end(), option) != names.end()) continue;
       if (const auto nearest = nearest_name(option, names))
@@ -215,6 +215,7 @@ void write_message(Terminal& terminal, const std::string& message) {
   for (std::string line; std::getline(lines, line);) terminal.messages << "dbentry: " << line << '\n';
 }
 
+// What came of a piece of the work; no message where nothing is to be told.
 struct Result {
   ExitCode code;
   std::string message = {};
@@ -246,5 +247,5 @@ ExitCode run_command_line(int argument_count, const char* const* arguments, Term
   });
   write_message(terminal, output.message);
   write_message(terminal, command.message);
-  return std::max(command.code, output.code);
+  return std::max(command.code, output.code);  // the graver has the higher number
 }

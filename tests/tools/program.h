@@ -98,8 +98,8 @@ class Program {
     if (output_to_nobody_) {
       int ends[2];
       if (::pipe(ends) != 0) return;
-      ::dup2(ends[1], STDOUT_FILENO);  // in the place of the end to read from
-      ::close(ends[1]);
+      ::close(ends[0]);
+      ::dup2(ends[1], STDOUT_FILENO);
     } else if (!out.empty() && ::open(out.c_str(), O_WRONLY | O_CREAT, 0644) != STDOUT_FILENO) {
       return;
     }

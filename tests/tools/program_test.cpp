@@ -465,6 +465,14 @@ TEST(StandardOutput, LosesNothingOfWhatTheCommandFoundWithItsReader) {
   EXPECT_EQ(result.messages, whole.messages);
 }
 
+TEST(StandardOutput, CountsMoreThanProblemsOfTheCommandWhenItIsFull) {
+  const std::string of_command = run({"import", broken, "--dry-run"}).messages;
+  const Outcome result = Program({"import", broken, "--dry-run"}).output_to("/dev/full").run();
+  EXPECT_EQ(result.code, 4);
+  EXPECT_EQ(result.messages,
+            of_command + "dbentry: standard output: cannot write: No space left on device\n");
+}
+
 TEST(StandardOutput, IsToldBesideTheMessageOfTheCommandWhenBothFail) {
   const TemporaryFolder folder;
   const std::string whole = contents_of_file(archive);
