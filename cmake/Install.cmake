@@ -1,14 +1,16 @@
 # What is installed, and how programs outside this tree find it: find_package and pkg-config.
 include(CMakePackageConfigHelpers)
 get_property(libraries GLOBAL PROPERTY DATABASE_ENTRY_LIBRARIES)
+get_property(companions GLOBAL PROPERTY DATABASE_ENTRY_COMPANIONS)
+list(TRANSFORM companions PREPEND "database_entry_" OUTPUT_VARIABLE companion_libraries)
 
 # The installed tree may be moved: everything finds its neighbours from where it stands itself.
 file(RELATIVE_PATH libraries_from_programs "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
-set_target_properties(${libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
+set_target_properties(${libraries} ${companion_libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
 if(TARGET dbentry)
   set_target_properties(dbentry PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_programs}")
 endif()
-install(TARGETS ${libraries} EXPORT database_entry-targets
+install(TARGETS ${libraries} ${companion_libraries} EXPORT database_entry-targets
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
@@ -34,3 +36,20 @@ file(RELATIVE_PATH prefix_from_pkg_config "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "
 string(REGEX REPLACE "/$" "" prefix_from_pkg_config "${prefix_from_pkg_config}")
 configure_file(cmake/database_entry.pc.in database_entry.pc @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/database_entry.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+
+# One more for each companion, which asks for the modules of those that it uses.
+foreach(companion IN LISTS companions)
+  get_target_property(uses database_entry_${companion} ROOM_USES)
+  list(FILTER uses INCLUDE REGEX "^database_entry::")
+  list(TRANSFORM uses REPLACE "^database_entry::" "database_entry_")
+  list(TRANSFORM uses REPLACE "^database_entry_database_entry$" "database_entry")
+  list(JOIN uses ", " companion_requires)
+  get_target_property(links database_entry_${companion} ROOM_LINKS)
+  set(companion_private "")
+  foreach(library IN LISTS links)
+    string(APPEND companion_private " -l${library}")
+  endforeach()
+  configure_file(cmake/companion.pc.in database_entry_${companion}.pc @ONLY)
+  install(FILES "${CMAKE_CURRENT_BINARY_DIR}/database_entry_${companion}.pc"
+          DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+endforeach()
