@@ -1,6 +1,7 @@
 // The bytes as a CIF file. Every entry that comes of it writes and reads back.
+#include <exchange/cif_import.h>
 #include <reliability/support/memory_stream.h>
-#include <tools/cif_import.h>
+#include <tools/files/entry_file.h>
 
 #include "entry_point.h"
 

@@ -4,9 +4,9 @@
 
 #include <iostream>
 
-#include "tools/atomic_file.h"
-#include "tools/command_line.h"
-#include "tools/standard_output.h"
+#include "tools/commands/command_line.h"
+#include "tools/files/atomic_file.h"
+#include "tools/output/standard_output.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // The stored archives in data/samples are what this code writes: the test rebuilds them byte by byte.
 #include <gtest/gtest.h>
 
-#include "tools/entry_file.h"
-#include "tools/memory_archive.h"
+#include "tools/files/entry_file.h"
+#include "tools/files/memory_archive.h"
 #include "tools/temporary_folder.h"
 
 namespace {

@@ -1,0 +1,244 @@
+#include <exchange/cif_import.h>
+#include <exchange/journal_finder.h>
+#include <fmt/format.h>
+#include <fmt/ostream.h>
+#include <sys/stat.h>
+#include <utilities/archive.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <ostream>
+
+#include "tools/commands/commands.h"
+#include "tools/files/atomic_file.h"
+#include "tools/files/entry_file.h"
+#include "tools/output/progress.h"
+#include "tools/output/table_output.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::ordered_json;
+
+bool is_cif_name(const fs::path& path) {
+  std::string extension = path.extension().string();
+  for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return extension == ".cif";
+}
+
+// All *.cif files below a folder, by name, so that the same folder always gives the same archive.
+std::vector<std::string> cif_files_below(const std::string& folder) {
+  std::vector<std::string> files;
+  std::error_code error;
+  fs::recursive_directory_iterator place(folder, error);
+  for (; !error && place != fs::recursive_directory_iterator(); place.increment(error)) {
+    std::error_code no_file;
+    if (is_cif_name(place->path()) && place->is_regular_file(no_file))
+      files.push_back(place->path().string());
+  }
+  if (error) throw system_error(folder, "read the folder", error.value());
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+std::vector<std::string> files_of(const std::vector<std::string>& paths) {
+  std::vector<std::string> files;
+  for (const std::string& path : paths) {
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    if (!fs::exists(status)) throw system_error(path, "open", error ? error.value() : ENOENT);
+    if (!fs::is_directory(status)) {
+      files.push_back(path);
+      continue;
+    }
+    const std::vector<std::string> below = cif_files_below(path);
+    if (below.empty()) throw ToolError(ExitCode::cannot_open, path + ": the folder holds no .cif file");
+    files.insert(files.end(), below.begin(), below.end());
+  }
+  return files;
+}
+
+struct CloseFile {
+  void operator()(FILE* file) const { std::fclose(file); }
+};
+
+std::string contents(const std::string& name) {
+  errno = 0;
+  const std::unique_ptr<FILE, CloseFile> file(std::fopen(name.c_str(), "rb"));
+  if (file == nullptr) throw system_error(name, "open", errno);
+  std::string text;
+  std::vector<char> buffer(1 << 16);
+  while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), file.get())) {
+    text.append(buffer.data(), count);
+  }
+  if (std::ferror(file.get()) != 0) throw system_error(name, "read", errno);
+  return text;
+}
+
+// The JSON lines of --report; does nothing without a file.
+class Report {
+ public:
+  explicit Report(const std::string& name) : name_(name) {
+    if (!name.empty()) file_ = std::make_unique<AtomicFile>(name);
+  }
+
+  void add(const Json& record) {
+    if (file_ == nullptr) return;
+    const std::string line = json_line(record) + "\n";
+    if (std::fwrite(line.data(), 1, line.size(), file_->stream()) != line.size()) {
+      throw system_error(name_, "write", errno);
+    }
+  }
+
+  void commit() {
+    if (file_ != nullptr) file_->commit();
+  }
+
+ private:
+  std::string name_;
+  std::unique_ptr<AtomicFile> file_;
+};
+
+class Import {
+ public:
+  Import(const ImportOptions& options, Terminal& terminal)
+      : options_(options),
+        terminal_(terminal),
+        files_(files_of(options.paths)),
+        progress_(terminal, files_.size(), "files"),
+        report_(options.report) {
+    if (!options.dry_run) output_ = std::make_unique<AtomicFile>(options.output);
+  }
+
+  ExitCode run() {
+    for (const std::string& file : files_) {
+      import_file(file);
+      progress_.show(++files_done_);
+    }
+    progress_.clear();
+    report_.commit();
+    const bool kept_back = entries_ == 0 || (options_.strict && errors_ + warnings_ > 0);
+    long bytes = 0;
+    if (output_ != nullptr && !kept_back) bytes = output_->commit();
+    fmt::print(terminal_.out, "{} entries from {} files, {} files not imported, {} warnings; {}\n", entries_,
+               files_.size() - errors_, errors_, warnings_, outcome(kept_back, bytes));
+    return errors_ > 0 || kept_back ? ExitCode::problems : ExitCode::done;
+  }
+
+ private:
+  std::string outcome(bool kept_back, long bytes) const {
+    if (options_.dry_run) return "nothing is written in a dry run";
+    if (!kept_back) return fmt::format("{} bytes in {}", bytes, options_.output);
+    return fmt::format("{} is left as it was{}", options_.output, entries_ == 0 ? "" : " (--strict)");
+  }
+
+  void import_file(const std::string& file) {
+    std::vector<ImportedEntry> imported;
+    try {
+      imported = import_cif(contents(file), fs::path(file).stem().string(), journals_);
+    } catch (const CifError& error) {
+      const CifFault& fault = error.fault;
+      const std::string block = fault.block.empty() ? "" : fmt::format("data_{}: ", fault.block);
+      fail(file, fault.line, fault.column, fmt::format("{}:{}:{}", file, fault.line, fault.column),
+           block + fault.reason, fault.hint);
+      return;
+    } catch (const ToolError& error) {
+      // The message begins with the name of the file.
+      fail(file, 0, 0, "", error.what(), "");
+      return;
+    } catch (const std::bad_alloc&) {
+      fail(file, 0, 0, file, "not enough memory", "");
+      return;
+    } catch (const std::exception& error) {
+      fail(file, 0, 0, file, error.what(), "");
+      return;
+    }
+    for (ImportedEntry& entry : imported) take(file, entry);
+  }
+
+  void fail(const std::string& file, int line, int column, const std::string& place,
+            const std::string& reason, const std::string& hint) {
+    ++errors_;
+    progress_.clear();
+    fmt::print(terminal_.messages, "{}{}{}\n", place, place.empty() ? "" : ": error: ", reason);
+    if (!hint.empty()) fmt::print(terminal_.messages, "  hint: {}\n", hint);
+    Json record = {
+        {"status", "failed"}, {"file", file}, {"line", line}, {"column", column}, {"error", reason}};
+    if (!hint.empty()) record["hint"] = hint;
+    report_.add(record);
+  }
+
+  void take(const std::string& file, ImportedEntry& imported) {
+    const std::string identifier = identifier_of(*imported.entry);
+    const auto [earlier, is_new] = files_by_identifier_.emplace(identifier, file);
+    if (!is_new) {
+      imported.warnings.push_back({0, fmt::format("the identifier {} was already given to an entry of {}",
+                                                  identifier, earlier->second)});
+    }
+    for (const ImportWarning& warning : imported.warnings) {
+      ++warnings_;
+      progress_.clear();
+      const std::string line = warning.line > 0 ? fmt::format(":{}", warning.line) : "";
+      fmt::print(terminal_.messages, "{}{}: warning: data_{}: {}\n", file, line, imported.block,
+                 warning.text);
+    }
+    if (output_ != nullptr) write(*imported.entry);
+    ++entries_;
+    report_.add(record_of(file, imported));
+  }
+
+  void write(const StoredEntry& entry) {
+    errno = 0;
+    try {
+      Archive archive(output_->stream());
+      entry.write(archive);
+    } catch (const ArchiveError&) {
+      throw system_error(options_.output, "write", errno);
+    }
+  }
+
+  static Json record_of(const std::string& file, const ImportedEntry& imported) {
+    Json warnings = Json::array();
+    for (const ImportWarning& warning : imported.warnings) {
+      warnings.push_back({{"line", warning.line}, {"text", warning.text}});
+    }
+    const auto geometry = imported.entry->published_geometry();
+    return {{"status", "imported"},
+            {"file", file},
+            {"line", imported.line},
+            {"block", imported.block},
+            {"identifier", identifier_of(*imported.entry)},
+            {"atoms", imported.entry->crystal_maker()->atoms().size()},
+            {"symmetry_operators", imported.entry->cell()->symmetry_operators()->size()},
+            {"symmetry_operators_from", imported.operators_from},
+            {"published_bonds", geometry.is_null() ? 0 : geometry->bonds->size()},
+            {"absent", imported.absent},
+            {"warnings", warnings}};
+  }
+
+  const ImportOptions& options_;
+  Terminal& terminal_;
+  std::vector<std::string> files_;
+  Progress progress_;
+  Report report_;
+  std::unique_ptr<AtomicFile> output_;
+  JournalFinder journals_;
+  std::map<std::string, std::string> files_by_identifier_;
+  std::size_t files_done_ = 0;
+  std::size_t entries_ = 0;
+  std::size_t errors_ = 0;
+  std::size_t warnings_ = 0;
+};
+
+}  // namespace
+
+ExitCode import_command(const ImportOptions& options, Terminal& terminal) {
+  if (options.output.empty() && !options.dry_run) {
+    throw ToolError(ExitCode::usage, "import: -o FILE says where the entries go (or --dry-run that nowhere)");
+  }
+  return Import(options, terminal).run();
+}

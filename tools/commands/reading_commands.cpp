@@ -1,0 +1,199 @@
+// The commands that print what a stored archive holds.
+#include <exchange/entry_json.h>
+#include <fmt/format.h>
+#include <fmt/ostream.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <ostream>
+#include <sstream>
+
+#include "tools/commands/commands.h"
+#include "tools/files/entry_file.h"
+#include "tools/messages/nearest_name.h"
+#include "tools/output/table_output.h"
+
+namespace {
+
+using TableCell = TableOutput::Cell;
+
+// A column of `list`: its name and what it shows of an entry. A number that is not known is an empty cell.
+struct ListColumn {
+  const char* name;
+  TableCell (*cell)(const StoredEntry&);
+};
+
+TableCell known(double value) {
+  return value == 0.0 ? TableCell() : TableCell(value);
+}
+
+constexpr std::array columns_of_entries = {
+    ListColumn{"identifier", [](const StoredEntry& e) { return TableCell(identifier_of(e)); }},
+    ListColumn{"formula", [](const StoredEntry& e) { return TableCell(e.chemical_info()->formula); }},
+    ListColumn{"name", [](const StoredEntry& e) { return TableCell(e.chemical_info()->name); }},
+    ListColumn{"synonyms", [](const StoredEntry& e) { return TableCell(e.chemical_info()->synonyms); }},
+    ListColumn{"source", [](const StoredEntry& e) { return TableCell(e.chemical_info()->source); }},
+    ListColumn{"authors", [](const StoredEntry& e) { return TableCell(e.publication()->authors); }},
+    ListColumn{"journal", [](const StoredEntry& e) { return TableCell(e.publication()->journal.name()); }},
+    ListColumn{
+        "coden",
+        [](const StoredEntry& e) { return TableCell(e.publication()->journal.international_coden()); }},
+    ListColumn{"volume", [](const StoredEntry& e) { return TableCell(e.publication()->volume); }},
+    ListColumn{"year",
+               [](const StoredEntry& e) {
+                 return e.publication()->year == 0 ? TableCell() : TableCell(e.publication()->year);
+               }},
+    ListColumn{"page", [](const StoredEntry& e) { return TableCell(e.publication()->page); }},
+    ListColumn{"a", [](const StoredEntry& e) { return known(e.cell()->a()); }},
+    ListColumn{"b", [](const StoredEntry& e) { return known(e.cell()->b()); }},
+    ListColumn{"c", [](const StoredEntry& e) { return known(e.cell()->c()); }},
+    ListColumn{"alpha", [](const StoredEntry& e) { return known(e.cell()->alpha()); }},
+    ListColumn{"beta", [](const StoredEntry& e) { return known(e.cell()->beta()); }},
+    ListColumn{"gamma", [](const StoredEntry& e) { return known(e.cell()->gamma()); }},
+    ListColumn{"operators",
+               [](const StoredEntry& e) { return TableCell(e.cell()->symmetry_operators()->size()); }},
+    ListColumn{"atoms",
+               [](const StoredEntry& e) {
+                 const auto crystal_maker = e.crystal_maker();
+                 return TableCell(crystal_maker->atoms().size());
+               }},
+    ListColumn{"z", [](const StoredEntry& e) { return known(e.crystal_info()->z); }},
+    ListColumn{"color", [](const StoredEntry& e) { return TableCell(e.crystal_info()->color); }},
+    ListColumn{"habit", [](const StoredEntry& e) { return TableCell(e.crystal_info()->habit); }},
+    ListColumn{"temperature", [](const StoredEntry& e) { return known(e.experimental_info()->temperature); }},
+    ListColumn{"pressure", [](const StoredEntry& e) { return TableCell(e.experimental_info()->pressure); }},
+    ListColumn{"experimental_density",
+               [](const StoredEntry& e) { return known(e.experimental_info()->experimental_density); }},
+    ListColumn{"calculated_density",
+               [](const StoredEntry& e) { return known(e.experimental_info()->calculated_density); }},
+    ListColumn{"r_factor", [](const StoredEntry& e) { return known(e.experimental_info()->r_factor); }},
+    ListColumn{"cross_references",
+               [](const StoredEntry& e) { return TableCell(e.cross_reference_info()->size()); }},
+};
+
+constexpr const char* usual_columns = "identifier,formula,name,journal,year,atoms";
+
+std::vector<ListColumn> chosen_columns(const std::string& names) {
+  std::vector<ListColumn> chosen;
+  std::istringstream list(names.empty() ? usual_columns : names);
+  for (std::string name; std::getline(list, name, ',');) {
+    const auto found = std::find_if(columns_of_entries.begin(), columns_of_entries.end(),
+                                    [&](const ListColumn& column) { return column.name == name; });
+    if (found == columns_of_entries.end()) {
+      throw ToolError(ExitCode::usage, unknown_name("column", name, list_columns()));
+    }
+    chosen.push_back(*found);
+  }
+  return chosen;
+}
+
+// An empty file is a whole archive, but seldom the one that was meant.
+void note_if_empty(int entry_count, const std::string& file, Terminal& terminal) {
+  if (entry_count == 0) {
+    fmt::print(terminal.messages, "dbentry: {}: the file is empty: no entries\n", file);
+  }
+}
+
+std::string upper_case(std::string text) {
+  for (char& c : text) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  return text;
+}
+
+// All kinds of deposition for the empty name, else the kind of that name, in whatever case.
+std::vector<std::pair<DepositionInfo::DepositionType, std::string>> chosen_kinds(const std::string& name) {
+  const auto all = DepositionInfo::deposition_type_text();
+  std::vector<std::pair<DepositionInfo::DepositionType, std::string>> kinds;
+  std::vector<std::string> names;
+  for (const auto& [kind, text] : *all) {
+    names.push_back(text);
+    if (name.empty() || upper_case(name) == upper_case(text)) kinds.emplace_back(kind, text);
+  }
+  if (kinds.empty()) throw ToolError(ExitCode::usage, unknown_name("kind of deposition", name, names));
+  return kinds;
+}
+
+}  // namespace
+
+std::vector<std::string> list_columns() {
+  std::vector<std::string> names;
+  for (const ListColumn& column : columns_of_entries) names.emplace_back(column.name);
+  return names;
+}
+
+ExitCode show_command(const ShowOptions& options, Terminal& terminal) {
+  // What stands in a summary is fixed: no table could hold it.
+  const OutputFormat format = output_format(options.format.empty() ? "text" : options.format, terminal);
+  if (format == OutputFormat::table || format == OutputFormat::csv) {
+    throw ToolError(ExitCode::usage, "show: the formats are text, json and jsonl");
+  }
+  std::size_t shown = 0;
+  const auto finish = [&] {
+    if (format == OutputFormat::json) terminal.out << (shown == 0 ? "[]\n" : "\n]\n");
+  };
+  try {
+    const int count = for_each_entry(options.file, options.identifiers, [&](const StoredEntry& entry) {
+      if (format == OutputFormat::text) {
+        entry.print(terminal.out);
+        terminal.out << '\n';
+      } else {
+        if (format == OutputFormat::json) terminal.out << (shown == 0 ? "[\n" : ",\n");
+        terminal.out << json_line(entry_json(entry)) << (format == OutputFormat::jsonl ? "\n" : "");
+      }
+      ++shown;
+    });
+    note_if_empty(count, options.file, terminal);
+  } catch (const ToolError&) {
+    finish();
+    throw;
+  }
+  finish();
+  return ExitCode::done;
+}
+
+ExitCode list_command(const ListOptions& options, Terminal& terminal) {
+  const std::vector<ListColumn> columns = chosen_columns(options.columns);
+  std::vector<std::string> names;
+  for (const ListColumn& column : columns) names.emplace_back(column.name);
+  const OutputFormat format = output_format(options.format, terminal);
+  TableOutput table(terminal.out, format, names);
+  try {
+    const int count = for_each_entry(options.file, {}, [&](const StoredEntry& entry) {
+      std::vector<TableCell> row;
+      for (const ListColumn& column : columns) row.push_back(column.cell(entry));
+      table.add(row);
+    });
+    note_if_empty(count, options.file, terminal);
+  } catch (const ToolError&) {
+    table.finish();
+    throw;
+  }
+  table.finish();
+  return ExitCode::done;
+}
+
+ExitCode related_command(const RelatedOptions& options, Terminal& terminal) {
+  TableOutput table(terminal.out, output_format(options.format, terminal), {"identifier"});
+  for_each_entry(options.file, {options.identifier}, [&](const StoredEntry& entry) {
+    std::vector<DatabaseEntryIdentifier> related;
+    entry.cross_reference_info()->cross_related_identifiers(related);
+    for (const DatabaseEntryIdentifier& identifier : related) table.add({identifier.text()});
+  });
+  table.finish();
+  return ExitCode::done;
+}
+
+ExitCode depositions_command(const DepositionsOptions& options, Terminal& terminal) {
+  const auto kinds = chosen_kinds(options.kind);
+  TableOutput table(terminal.out, output_format(options.format, terminal), {"kind", "text", "numbers"});
+  for_each_entry(options.file, {options.identifier}, [&](const StoredEntry& entry) {
+    for (const auto& [kind, name] : kinds) {
+      if (!entry.deposition_info()->has_text(kind)) continue;
+      std::vector<std::string> numbers;
+      entry.deposition_info()->deposition_numbers(kind, numbers);
+      table.add({name, entry.deposition_info()->text(kind), numbers});
+    }
+  });
+  table.finish();
+  return ExitCode::done;
+}

@@ -1,0 +1,52 @@
+// Rows of named cells, written in the form the caller asked for.
+//
+//   TableOutput table(terminal.out, output_format("csv", terminal), {"identifier", "formula"});
+//   table.add({"C1010588", "Al Cl3"});
+//   table.finish();
+//
+//   text    one line a row, cells separated by tabs, no heading; a tab or line end in a cell becomes a blank
+//   table   columns under a heading, numbers to the right; held back until finish()
+//   json    one array of objects          jsonl   one object a line
+//   csv     a heading, then one line a row; quoted where needed (RFC 4180, but lines end with a line feed)
+//
+// A cell is a text, a number, a list of them (joined by ", " outside JSON) or null (empty outside JSON).
+#pragma once
+
+#include <cstddef>
+#include <iosfwd>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "tools/output/terminal.h"
+
+enum class OutputFormat { text, table, json, jsonl, csv };
+
+// The format of that name. The empty name means a table where a person watches, text otherwise.
+// Throws ToolError (usage) for another name.
+[[nodiscard]] OutputFormat output_format(const std::string& name, const Terminal& terminal);
+
+// JSON on one line; bytes that are not UTF-8 become U+FFFD.
+[[nodiscard]] std::string json_line(const nlohmann::ordered_json& value);
+
+class TableOutput {
+ public:
+  using Cell = nlohmann::ordered_json;
+
+  TableOutput(std::ostream& out, OutputFormat format, std::vector<std::string> columns);
+
+  // One cell a column.
+  void add(const std::vector<Cell>& row);
+  // Once, after the last row.
+  void finish();
+
+ private:
+  void write_line(const std::vector<std::string>& cells, const char* separator);
+  void write_table();
+
+  std::ostream& out_;
+  OutputFormat format_;
+  std::vector<std::string> columns_;
+  std::vector<std::vector<Cell>> held_rows_;
+  std::size_t row_count_ = 0;
+};
