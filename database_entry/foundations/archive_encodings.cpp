@@ -1,5 +1,5 @@
 #include <database_entry/foundations/archive_encodings.h>
-#include <utilities/sequence_encoding.h>
+#include <utilities/archiving/field_list.h>
 
 Archive& operator<<(Archive& archive, const std::string& text) {
   write_fields(archive, text);

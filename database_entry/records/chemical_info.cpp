@@ -1,6 +1,6 @@
 #include <database_entry/foundations/sequence_text.h>
 #include <database_entry/records/chemical_info.h>
-#include <utilities/sequence_encoding.h>
+#include <utilities/archiving/field_list.h>
 
 #include <tuple>
 

@@ -1,5 +1,5 @@
 #include <database_entry/records/crystal_info.h>
-#include <utilities/field_list.h>
+#include <utilities/archiving/field_list.h>
 
 #include <tuple>
 

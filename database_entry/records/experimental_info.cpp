@@ -1,7 +1,7 @@
 #include <database_entry/foundations/enum_range.h>
 #include <database_entry/foundations/enum_text_table.h>
 #include <database_entry/records/experimental_info.h>
-#include <utilities/field_list.h>
+#include <utilities/archiving/field_list.h>
 
 #include <cstddef>
 #include <tuple>

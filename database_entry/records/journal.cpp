@@ -1,6 +1,6 @@
 #include <database_entry/records/journal.h>
 #include <database_entry/records/journal_table.h>
-#include <utilities/field_list.h>
+#include <utilities/archiving/field_list.h>
 
 #include <ostream>
 #include <stdexcept>

@@ -1,5 +1,5 @@
 #include <database_entry/references/cross_reference_info.h>
-#include <utilities/field_list.h>
+#include <utilities/archiving/field_list.h>
 
 #include <algorithm>
 #include <ostream>
@@ -21,20 +21,21 @@ class GetRefcodes {
 }  // namespace
 
 template <>
-struct CountedField<CrossReferenceInfo::CrossReferences> {
+struct archiving::CountedField<CrossReferenceInfo::CrossReferences> {
   static constexpr const char* count_name = "count";
   static std::size_t count(const CrossReferenceInfo::CrossReferences& references) {
     return references.size();
   }
-  static void write(WriteCursor& cursor, const CrossReferenceInfo::CrossReferences& references) {
+  static void write(archiving::WriteCursor& cursor, const CrossReferenceInfo::CrossReferences& references) {
     for (const DatabaseCrossReference& reference : references) {
-      field_list::write_from(cursor, std::tie(reference));
+      archiving::write_from(cursor, std::tie(reference));
     }
   }
-  static void read(ReadCursor& cursor, CrossReferenceInfo::CrossReferences& references, std::size_t count) {
+  static void read(archiving::ReadCursor& cursor, CrossReferenceInfo::CrossReferences& references,
+                   std::size_t count) {
     for (std::size_t index = 0; index < count; ++index) {
       DatabaseCrossReference reference;
-      field_list::read_from(cursor, std::tie(reference));
+      archiving::read_from(cursor, std::tie(reference));
       // A set is written in order, so the end is where the next one belongs; elsewhere it is found as well.
       references.insert(references.end(), std::move(reference));
     }

@@ -2,7 +2,7 @@
 #include <database_entry/foundations/enum_text_table.h>
 #include <database_entry/references/database_cross_reference.h>
 #include <database_entry/references/regex_grep.h>
-#include <utilities/field_list.h>
+#include <utilities/archiving/field_list.h>
 
 #include <algorithm>
 #include <iterator>

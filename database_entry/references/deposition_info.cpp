@@ -3,7 +3,7 @@
 #include <database_entry/foundations/sequence_text.h>
 #include <database_entry/references/deposition_info.h>
 #include <database_entry/references/regex_grep.h>
-#include <utilities/sequence_encoding.h>
+#include <utilities/archiving/field_list.h>
 #include <utilities/trim.h>
 
 #include <algorithm>
@@ -88,41 +88,41 @@ struct DepositionValueLess {
 
 using Depositions = std::vector<DepositionInfo::Deposition>;
 
-void write_deposition(WriteCursor& cursor, const DepositionInfo::Deposition& deposition) {
-  field_list::write_from(cursor, std::tie(deposition.first, deposition.second));
+void write_deposition(archiving::WriteCursor& cursor, const DepositionInfo::Deposition& deposition) {
+  archiving::write_from(cursor, std::tie(deposition.first, deposition.second));
 }
 
 // The type is checked before the text is looked at: the stream then stands right behind a bad one.
-void read_deposition(ReadCursor& cursor, DepositionInfo::Deposition& deposition) {
-  field_list::read_from(cursor, std::tie(deposition.first));
+void read_deposition(archiving::ReadCursor& cursor, DepositionInfo::Deposition& deposition) {
+  archiving::read_from(cursor, std::tie(deposition.first));
   DepositionInfo::validate_deposition_type(deposition.first);
-  field_list::read_from(cursor, std::tie(deposition.second));
+  archiving::read_from(cursor, std::tie(deposition.second));
 }
 
 }  // namespace
 
 template <>
-struct CountedField<Depositions> {
+struct archiving::CountedField<Depositions> {
   static constexpr const char* count_name = "count";
   static std::size_t count(const Depositions& depositions) { return depositions.size(); }
-  static void write(WriteCursor& cursor, const Depositions& depositions) {
+  static void write(archiving::WriteCursor& cursor, const Depositions& depositions) {
     for (const DepositionInfo::Deposition& deposition : depositions) write_deposition(cursor, deposition);
   }
-  static void read(ReadCursor& cursor, Depositions& depositions, std::size_t count) {
-    sequence_encoding::read_elements(depositions, count, [&cursor](DepositionInfo::Deposition& deposition) {
+  static void read(archiving::ReadCursor& cursor, Depositions& depositions, std::size_t count) {
+    archiving::read_elements(depositions, count, [&cursor](DepositionInfo::Deposition& deposition) {
       read_deposition(cursor, deposition);
     });
   }
 };
 
 Archive& write(Archive& archive, const DepositionInfo::Deposition& deposition) {
-  WriteCursor cursor(archive);
+  archiving::WriteCursor cursor(archive);
   write_deposition(cursor, deposition);
   return archive;
 }
 
 Archive& read(Archive& archive, DepositionInfo::Deposition& deposition) {
-  ReadCursor cursor(archive);
+  archiving::ReadCursor cursor(archive);
   read_deposition(cursor, deposition);
   return archive;
 }

@@ -1,5 +1,5 @@
 #include <chemistry/atom.h>
-#include <utilities/field_list.h>
+#include <utilities/archiving/field_list.h>
 
 void Atom::write(Archive& archive) const {
   write_fields(archive, *this);

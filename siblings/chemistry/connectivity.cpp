@@ -1,5 +1,5 @@
 #include <chemistry/connectivity.h>
-#include <utilities/sequence_encoding.h>
+#include <utilities/archiving/field_list.h>
 
 #include <algorithm>
 #include <bit>
@@ -62,7 +62,7 @@ bool same_objects(const std::vector<THandle<Object>>& left, const std::vector<TH
 
 void Connectivity::write(Archive& archive) const {
   write_fields(archive, atoms);
-  WriteCursor cursor(archive);
+  archiving::WriteCursor cursor(archive);
   cursor.write_run(cursor.checked_count(bonds.size(), "count"));
   if (bonds.empty()) return;
   const Positions positions(atoms);
@@ -86,7 +86,7 @@ void Connectivity::read(Archive& archive) {
     }
     return atoms[static_cast<std::size_t>(position)];
   };
-  ReadCursor cursor(archive);
+  archiving::ReadCursor cursor(archive);
   int bond_count = 0;
   cursor.read_run(bond_count);
   for (std::size_t left = cursor.checked_count(bond_count, "count"); left > 0; --left) {

@@ -1,5 +1,5 @@
 #include <chemistry/crystal_maker.h>
-#include <utilities/sequence_encoding.h>
+#include <utilities/archiving/field_list.h>
 #include <utilities/unshared.h>
 
 #include <ostream>

@@ -1,5 +1,5 @@
 #include <symmetry/crystal_symmetry_operator.h>
-#include <utilities/field_list.h>
+#include <utilities/archiving/field_list.h>
 
 #include <charconv>
 #include <cmath>

@@ -1,5 +1,6 @@
 #include <utilities/archive.h>
-#include <utilities/stream_cursor.h>
+#include <utilities/archiving/read_cursor.h>
+#include <utilities/archiving/write_cursor.h>
 
 #include <cerrno>
 #include <system_error>
@@ -8,19 +9,19 @@ namespace {
 
 template <class T>
 Archive& write_scalar(Archive& archive, T value) {
-  WriteCursor(archive).write_run(value);
+  archiving::WriteCursor(archive).write_run(value);
   return archive;
 }
 
 template <class T>
 Archive& read_scalar(Archive& archive, T& value) {
-  ReadCursor(archive).read_run(value);
+  archiving::ReadCursor(archive).read_run(value);
   return archive;
 }
 
 }  // namespace
 
-Archive::Archive(FILE* stream) : stream_(stream), is_file_(stream_window::is_file(stream)) {}
+Archive::Archive(FILE* stream) : stream_(stream), is_file_(archiving::is_file(stream)) {}
 
 Archive& Archive::operator<<(int value) {
   return write_scalar(*this, value);

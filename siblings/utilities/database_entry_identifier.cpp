@@ -1,5 +1,5 @@
+#include <utilities/archiving/field_list.h>
 #include <utilities/database_entry_identifier.h>
-#include <utilities/field_list.h>
 
 #include <ostream>
 

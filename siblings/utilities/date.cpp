@@ -1,5 +1,5 @@
+#include <utilities/archiving/field_list.h>
 #include <utilities/date.h>
-#include <utilities/field_list.h>
 
 #include <array>
 #include <chrono>

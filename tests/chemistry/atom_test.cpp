@@ -1,6 +1,6 @@
 #include <chemistry/atom.h>
 #include <gtest/gtest.h>
-#include <utilities/sequence_encoding.h>
+#include <utilities/archiving/field_list.h>
 
 #include "stored_chemistry.h"
 

@@ -1,6 +1,6 @@
 # A shared library has its SONAME, and exports nothing but classes and functions of the global namespace: what
-# stands in a namespace of ours (regex_detail, ...) is inner. One is shared by the inner headers of all
-# libraries, the stream cursor.
+# is in a namespace of ours (regex_detail, ...) is inner. One is shared by the inner headers of all
+# libraries, the archive's.
 #   cmake -DNM=nm -DREADELF=readelf -DLIBRARY=libx.so -DVERSION=1 -P check_exports.cmake
 execute_process(COMMAND ${READELF} -d ${LIBRARY} OUTPUT_VARIABLE dynamic COMMAND_ERROR_IS_FATAL ANY)
 get_filename_component(name ${LIBRARY} NAME)
@@ -18,7 +18,7 @@ foreach(symbol IN LISTS symbols)
   # V and W are weak: inline functions and tables that every user has a copy of.
   if(symbol MATCHES " [TDBR] (.*)")
     set(symbol "${CMAKE_MATCH_1}")
-    if(symbol MATCHES "^[a-z][a-z_0-9]*::|anonymous namespace" AND NOT symbol MATCHES "^stream_cursor::")
+    if(symbol MATCHES "^[a-z][a-z_0-9]*::|anonymous namespace" AND NOT symbol MATCHES "^archiving::")
       list(APPEND foreign "${symbol}")
     endif()
   endif()

@@ -1,11 +1,12 @@
 #include <sys/types.h>
-#include <utilities/stream_cursor.h>
+#include <utilities/archiving/short_text.h>
+#include <utilities/archiving/stream_calls.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <system_error>
 
-namespace stream_cursor {
+namespace archiving {
 namespace {
 
 // A signal may end a read before its first byte; then nothing was lost and the read is tried again. The bound
@@ -18,7 +19,7 @@ std::size_t read_whole(FILE* stream, char* into, std::size_t count) {
   for (int interruptions = 0; interruptions < most_interruptions; ++interruptions) {
     const bool had_failed = std::ferror(stream) != 0;
     errno = 0;
-    got += stream_window::read_some(stream, into + got, count - got);
+    got += read_some(stream, into + got, count - got);
     if (got == count || had_failed || std::ferror(stream) == 0 || errno != EINTR) break;
     std::clearerr(stream);
   }
@@ -62,10 +63,9 @@ void run_cut_short(const Archive& archive, const Run& run, const Read& read) {
       std::string(item->name) + place(archive, left) + reason(read.error));
 }
 
-stream_window::Unread read_long_text(const Archive& archive, stream_window::Unread window, std::string& text,
-                                     int length) {
+ReadWindow read_long_text(const Archive& archive, ReadWindow window, std::string& text, int length) {
   FILE* stream = archive.stream();
-  stream_window::set_unread(stream, window);
+  set_read_window(stream, window);
   if (length < 0) negative(archive, "length", length);
   if (length == 0) {  // without the stream's fields there is no window to look into
     text.clear();
@@ -81,26 +81,26 @@ stream_window::Unread read_long_text(const Archive& archive, stream_window::Unre
   if (size <= sizeof short_bytes) {
     const std::size_t got = read_whole(stream, short_bytes, size);
     text.assign(short_bytes, strnlen(short_bytes, got));
-    return stream_window::unread(stream);
+    return read_window(stream);
   }
   std::string bytes;
   std::size_t got = 0;
   while (got < size) {
-    // Never more room than twice what has come, so that a false length costs nothing.
+    // Never more than twice what has come, so that a false length costs nothing.
     bytes.resize(std::min(size, std::max(first_chunk, 2 * got)));
     const std::size_t came = read_whole(stream, bytes.data() + got, bytes.size() - got);
     got += came;
     if (got < bytes.size()) break;
   }
   text.assign(bytes.data(), strnlen(bytes.data(), got));
-  return stream_window::unread(stream);
+  return read_window(stream);
 }
 
 void write_bytes(const Archive& archive, const char* from, const Run& run) {
   std::size_t size = 0;
   for (std::size_t index = 0; index < run.count; ++index) size += run.items[index].size;
   errno = 0;
-  std::size_t put = stream_window::write_some(archive.stream(), from, size);
+  std::size_t put = write_some(archive.stream(), from, size);
   if (put < size) {
     const int error = errno;
     const Item* item = run.items;
@@ -110,16 +110,15 @@ void write_bytes(const Archive& archive, const char* from, const Run& run) {
   }
 }
 
-stream_window::Room write_long_text(const Archive& archive, stream_window::Room window,
-                                    const std::string& text) {
+WriteWindow write_long_text(const Archive& archive, WriteWindow window, const std::string& text) {
   if (text.size() <= window.size()) {
     copy_text(window.next, text.data(), text.size());
     window.next += text.size();
     return window;
   }
-  stream_window::set_room(archive.stream(), window);
-  stream_window::write_some(archive.stream(), text.data(), text.size());
-  return stream_window::room(archive.stream(), archive.is_file());
+  set_write_window(archive.stream(), window);
+  write_some(archive.stream(), text.data(), text.size());
+  return write_window(archive.stream(), archive.is_file());
 }
 
 void negative(const Archive& archive, const char* what, int value) {
@@ -132,4 +131,4 @@ void too_long(const Archive& archive, const char* what, std::size_t value) {
                      " is above 2147483647 and could not be read back" + place(archive, 0));
 }
 
-}  // namespace stream_cursor
+}  // namespace archiving

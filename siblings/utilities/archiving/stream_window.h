@@ -2,7 +2,7 @@
 // Internal: callers want utilities/archive.h.
 //
 // A stream that is being read holds a run of bytes that were fetched but not yet handed out, and a stream
-// that is being written holds free room before the next flush. getc_unlocked and putc_unlocked take and put
+// that is being written has free space before the next flush. getc_unlocked and putc_unlocked take and put
 // single bytes there; these functions show the whole run, so that many bytes can be taken or put at once,
 // under the very conditions of those two macros: an empty window always means "call the C library".
 //
@@ -14,20 +14,20 @@
 #include <cstddef>
 #include <cstdio>
 
-namespace stream_window {
+namespace archiving {
 
-struct Unread {
+struct ReadWindow {
   const char* next = nullptr;
   const char* end = nullptr;
 
   [[nodiscard]] std::size_t size() const { return static_cast<std::size_t>(end - next); }
 };
 
-struct Room {
+struct WriteWindow {
   char* next = nullptr;
   char* end = nullptr;
-  // Up to here bytes that nobody asked for may be left behind the position, as nobody sees them there. Not
-  // behind the position in a stream over memory, which shows its buffer.
+  // Up to here bytes that nobody asked for may be left after the position, as nobody sees them there.
+  // Not so in a stream over memory, which shows its buffer.
   char* loose_end = nullptr;
 
   [[nodiscard]] std::size_t size() const { return static_cast<std::size_t>(end - next); }
@@ -36,39 +36,39 @@ struct Room {
 
 #ifdef DATABASE_ENTRY_STREAM_FIELDS
 
-inline Unread unread(FILE* stream) {
+inline ReadWindow read_window(FILE* stream) {
   return {stream->_IO_read_ptr, stream->_IO_read_end};
 }
-inline void set_unread(FILE* stream, Unread window) {
+inline void set_read_window(FILE* stream, ReadWindow window) {
   if (window.next != nullptr) stream->_IO_read_ptr = const_cast<char*>(window.next);
 }
 // Whether the stream writes to a file of the system, and its buffer is its own.
 inline bool is_file(FILE* stream) {
   return stream != nullptr && fileno(stream) >= 0;
 }
-// A line-buffered or unbuffered stream has its end before its position: no room.
-inline Room room(FILE* stream, bool is_file) {
+// A line-buffered or unbuffered stream has its end before its position: no space.
+inline WriteWindow write_window(FILE* stream, bool is_file) {
   char* const next = stream->_IO_write_ptr;
   char* const end = std::max(next, stream->_IO_write_end);
   return {next, end, is_file ? end : next};
 }
-inline void set_room(FILE* stream, Room window) {
+inline void set_write_window(FILE* stream, WriteWindow window) {
   if (window.next != nullptr) stream->_IO_write_ptr = window.next;
 }
 
 #else
 
-inline Unread unread(FILE*) {
+inline ReadWindow read_window(FILE*) {
   return {};
 }
-inline void set_unread(FILE*, Unread) {}
+inline void set_read_window(FILE*, ReadWindow) {}
 inline bool is_file(FILE*) {
   return false;
 }
-inline Room room(FILE*, bool) {
+inline WriteWindow write_window(FILE*, bool) {
   return {};
 }
-inline void set_room(FILE*, Room) {}
+inline void set_write_window(FILE*, WriteWindow) {}
 
 #endif
 
@@ -92,4 +92,4 @@ inline std::size_t write_some(FILE* stream, const void* from, std::size_t count)
 
 #endif
 
-}  // namespace stream_window
+}  // namespace archiving

@@ -2,7 +2,7 @@
 // bytes, positions and failures. The tests are built with the C library's fields and without them.
 #include <gtest/gtest.h>
 #include <unistd.h>
-#include <utilities/field_list.h>
+#include <utilities/archiving/field_list.h>
 
 #include <array>
 #include <cerrno>
@@ -427,7 +427,7 @@ TEST(WriteCursor, LeavesWhatWasWrittenBeforeAnException) {
 TEST(WriteCursor, RefusesACountThatCouldNotBeReadBack) {
   const std::size_t most = 0x7FFFFFFF;
   EXPECT_EQ(written([&](Archive& archive) {
-              WriteCursor cursor(archive);
+              archiving::WriteCursor cursor(archive);
               cursor.write_run(1);
               EXPECT_EQ(cursor.checked_count(most, "length"), most);
               EXPECT_EQ(message_of<ArchiveError>([&] { cursor.checked_count(most + 1, "length"); }),

@@ -1,15 +1,15 @@
 // Lists among the fields of a record: the count, then each element.
-// Internal: callers want the write and read operations of the records.
+// Internal: field_list.h is the one to include.
 #pragma once
 
-#include <utilities/field_list.h>
+#include <utilities/archiving/field_runs.h>
 #include <utilities/t_handle.h>
 
 #include <algorithm>
 #include <span>
 #include <vector>
 
-namespace sequence_encoding {
+namespace archiving {
 
 // A count is a stranger's claim. Up to this many elements it is believed at once, as a plain resize; beyond,
 // the list grows only as fast as elements really come, so that memory stays in proportion to the bytes read.
@@ -26,36 +26,35 @@ void read_elements(std::vector<Element>& list, std::size_t count, const ReadElem
   }
 }
 
-}  // namespace sequence_encoding
-
 template <class Element>
 struct CountedField<std::vector<Element>> {
   static constexpr const char* count_name = "count";
   static std::size_t count(const std::vector<Element>& list) { return list.size(); }
   static void write(WriteCursor& cursor, const std::vector<Element>& list) {
-    for (const Element& element : list) field_list::write_from(cursor, std::tie(element));
+    for (const Element& element : list) write_from(cursor, std::tie(element));
   }
   static void read(ReadCursor& cursor, std::vector<Element>& list, std::size_t count) {
-    sequence_encoding::read_elements(
-        list, count, [&cursor](Element& element) { field_list::read_from(cursor, std::tie(element)); });
+    read_elements(list, count, [&cursor](Element& element) { read_from(cursor, std::tie(element)); });
   }
 };
 
-// Reading makes every object anew: others may hold those that stood in the list.
+// Reading makes every object anew: others may hold those that were in the list.
 template <class Object>
 struct CountedField<std::vector<THandle<Object>>> {
   static constexpr const char* count_name = "count";
   static std::size_t count(const std::vector<THandle<Object>>& list) { return list.size(); }
   static void write(WriteCursor& cursor, const std::vector<THandle<Object>>& list) {
-    for (const THandle<Object>& object : list) field_list::write_from(cursor, std::tie(*object));
+    for (const THandle<Object>& object : list) write_from(cursor, std::tie(*object));
   }
   static void read(ReadCursor& cursor, std::vector<THandle<Object>>& list, std::size_t count) {
     list.clear();
-    list.reserve(std::min(count, sequence_encoding::believed_count));
+    list.reserve(std::min(count, believed_count));
     for (std::size_t index = 0; index < count; ++index) {
       const auto object = THandle<Object>::make();
-      field_list::read_from(cursor, std::tie(*object));
+      read_from(cursor, std::tie(*object));
       list.push_back(object);
     }
   }
 };
+
+}  // namespace archiving
