@@ -9,6 +9,7 @@
 #include <utilities/export.h>
 #include <utilities/t_handle.h>
 
+#include <concepts>
 #include <sstream>
 #include <string>
 
@@ -29,13 +30,14 @@ class UTILITIES_EXPORT TestSuiteHelpers {
     log_error(message.str());
   }
 
+  // An identifier prints itself, any other value is written with <<.
   template <class T>
   static void output_value(std::ostream& os, const T& value) {
-    os << value;
-  }
-
-  static void output_value(std::ostream& os, const DatabaseEntryIdentifier& identifier) {
-    identifier.print(os);
+    if constexpr (std::same_as<T, DatabaseEntryIdentifier>) {
+      value.print(os);
+    } else {
+      os << value;
+    }
   }
 
   // The address of the object, not its contents.

@@ -67,4 +67,16 @@ TEST_F(TestSuiteTest, NamesTheHandledTypeWhenAValueIsWrittenByHand) {
   EXPECT_EQ(os.str(), address_text(handle.get()));
 }
 
+TEST_F(TestSuiteTest, TakesTheTypeOfAnIdentifierSpelledOut) {
+  const DatabaseEntryIdentifier expected("ABCDEF");
+  const DatabaseEntryIdentifier actual("GHIJKL");
+  std::ostringstream os;
+  TestSuiteHelpers::output_value<DatabaseEntryIdentifier>(os, expected);
+  EXPECT_EQ(os.str(), "ABCDEF");
+  TestSuiteHelpers::log_error<DatabaseEntryIdentifier, DatabaseEntryIdentifier>("id", expected, actual);
+  TestSuite::log_error<DatabaseEntryIdentifier>("again", expected, actual);
+  EXPECT_EQ(TestSuite::failures(), (std::vector<std::string>{"id\nABCDEF << should be\nGHIJKL << was\n",
+                                                             "again\nABCDEF << should be\nGHIJKL << was\n"}));
+}
+
 }  // namespace
