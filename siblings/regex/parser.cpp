@@ -215,6 +215,7 @@ class Parser {
       }
       if (found.minimum > found.maximum) fail(offset, "the lower repeat count is above the higher one");
       position_ += found.length;
+      skip_ignored();
       const bool greedy = !next_is('?');
       if (!greedy) ++position_;
       item = repeat(item, found, greedy);

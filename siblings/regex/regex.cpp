@@ -37,17 +37,17 @@ Regex::~Regex() = default;
 bool Regex::search_from_position(const std::string& text, unsigned int position, RegexResults& results,
                                  unsigned int /*flags*/) const {
   static_assert(RegexResults::no_offset == regex_detail::unset);
-  static_assert(RegexResults::most_matches == regex_detail::most_groups + 1);
   // uncovered: a test would need that much memory
   if (text.size() >= RegexResults::no_offset) {
     throw std::length_error("Regex: a text of 4 GiB or more cannot be searched; search it in pieces");
   }
   results.size_ = 0;
-  if (position > text.size() || !matcher_->search(text, position, results.offsets_.data())) {
-    return false;
-  }
-  results.size_ = matcher_->slots() / 2;
-  results.text_.assign(text, results.offsets_[0], results.offsets_[1] - results.offsets_[0]);
+  if (position > text.size()) return false;
+  const unsigned int slots = matcher_->slots();
+  unsigned int* const offsets = results.offsets_for(slots / 2);
+  if (!matcher_->search(text, position, offsets)) return false;
+  results.text_.assign(text, offsets[0], offsets[1] - offsets[0]);
+  results.size_ = slots / 2;
   return true;
 }
 

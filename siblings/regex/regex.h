@@ -10,14 +10,28 @@
 // before later ones, greedy repeats as long as possible, lazy ones as short as possible.
 //
 //   .             any byte but a line feed
-//   \d \w \s      ASCII digit; ASCII letter, digit or _; blank, \t, \n, \v, \f, \r.   \D \W \S: any other
-//   byte \t \n \r \f \v   the control characters;   \ before anything but a letter or digit: that byte itself
-//   [a-z\d.] [^...]  a byte of the set, or not of the set. A ] that comes first is a member, so is a - at
-//   either end ^ $           the start and the very end of the text, also when the search starts later
-//   (...) (?:...) |  capture group, plain group, alternatives, which may be empty
-//   * + ? {n} {n,} {n,m}   repeats; with a ? after them as few as possible. A { that starts no such repeat
-//   and a ]
-//                 outside a class stand for themselves
+//
+//   \d \w \s      ASCII digit; ASCII letter, digit or _; blank, \t, \n, \v, \f, \r
+//   \D \W \S      any other byte
+//
+//   \t \n \r \f \v
+//                 the control characters
+//
+//   \x            that byte itself, if x is neither a letter nor a digit
+//
+//   [a-z\d.] [^...]
+//                 a byte of the set, or not of the set; a ] that comes first is a member, so is a - at either
+//                 end
+//
+//   ^ $           the start and the very end of the text, also when the search starts later
+//
+//   (...) (?:...) |
+//                 capture group, plain group, alternatives, which may be empty
+//
+//   * + ? {n} {n,} {n,m}
+//                 repeats; with a ? after them as few as possible
+//
+//   { ]           themselves, where the { starts no such repeat and the ] is outside a class
 //
 // A repeat ends with an iteration that took no bytes, and a group in a repeat keeps what it took last, as in
 // Perl.
@@ -25,11 +39,11 @@
 // A bad pattern throws RegexError: brackets that do not pair; nothing to repeat (at the start, after |, ( or
 // another repeat, after ^ or $); a range or repeat count in the wrong order; any other escaped letter or
 // digit (so no back references); any other group that starts with (? (so no lookaround); [: [. or [= inside a
-// class; repeat counts above 1000, more than 50 capture groups, brackets nested deeper than 50, or more than
-// 10000 steps when all repeats with counts are written out.
+// class; repeat counts above 1000, more than 250 capture groups, brackets nested deeper than 250, or more
+// than 10000 steps when all repeats with counts are written out.
 //
 // Time: a search is linear in the text for every pattern and every text, for small patterns independent of
-// the pattern. Searching on behind each match can take more: a*b|a looks ahead to the end of a run of a's in
+// the pattern. Searching on after each match can take more: a*b|a looks ahead to the end of a run of a's in
 // each search, finds no b and takes one a, so all matches in n bytes take time in proportion to n * n.
 // Memory: a search takes less than 4 KiB of stack, and heap in proportion to the pattern at most, never to
 // the text. Threads: any number may search one const Regex at the same time.

@@ -17,6 +17,8 @@
 #include <array>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 class REGEX_EXPORT RegexResults {
  public:
@@ -24,6 +26,12 @@ class REGEX_EXPORT RegexResults {
 
   // No match: size() is 0.
   RegexResults() = default;
+  RegexResults(const RegexResults&) = default;
+  RegexResults& operator=(const RegexResults&) = default;
+  // What was moved from is empty.
+  RegexResults(RegexResults&& other) noexcept { *this = std::move(other); }
+  RegexResults& operator=(RegexResults&& other) noexcept;
+  ~RegexResults() = default;
 
   // One for the whole match and one for each capture group of the expression, whether or not the group took
   // part. 0 when nothing has been searched or the last search found nothing.
@@ -36,17 +44,29 @@ class REGEX_EXPORT RegexResults {
   Match match(unsigned int index) const&& = delete;
 
   // There is a match, and it is of length 0.
-  bool empty_match() const noexcept { return size_ > 0 && offsets_[0] == offsets_[1]; }
+  bool empty_match() const noexcept { return size_ > 0 && offsets()[0] == offsets()[1]; }
 
  private:
   friend class Regex;
 
-  // Begin and end of each match; no_offset twice for a group that took no part. There is room for as many
-  // groups as an expression may have, so that a search takes no memory for them.
   static constexpr unsigned int no_offset = ~0U;
-  static constexpr unsigned int most_matches = 51;
+  // Up to here the offsets are in the object itself, so that ordinary results take no memory for them.
+  static constexpr unsigned int few_matches = 16;
+
+  // Room for the offsets of so many matches.
+  unsigned int* offsets_for(unsigned int matches) {
+    if (matches <= few_matches) return few_offsets_.data();
+    many_offsets_.resize(2 * std::size_t{matches});
+    return many_offsets_.data();
+  }
+  // Begin and end of each match; no_offset twice for a group that took no part.
+  const unsigned int* offsets() const noexcept {
+    return size_ <= few_matches ? few_offsets_.data() : many_offsets_.data();
+  }
+
   unsigned int size_ = 0;
-  std::array<unsigned int, 2 * most_matches> offsets_{};
+  std::array<unsigned int, 2 * std::size_t{few_matches}> few_offsets_{};
+  std::vector<unsigned int> many_offsets_;
   // The bytes of the whole match. A group always lies within it.
   std::string text_;
 };
@@ -72,12 +92,21 @@ class REGEX_EXPORT RegexResults::Match {
   bool matched_ = false;
 };
 
+inline RegexResults& RegexResults::operator=(RegexResults&& other) noexcept {
+  few_offsets_ = other.few_offsets_;
+  many_offsets_ = std::move(other.many_offsets_);
+  text_ = std::move(other.text_);
+  size_ = std::exchange(other.size_, 0);
+  return *this;
+}
+
 inline RegexResults::Match RegexResults::match(unsigned int index) const& {
   Match match;
-  if (index < size_ && offsets_[2 * index] != no_offset) {
+  const unsigned int* const offsets = this->offsets();
+  if (index < size_ && offsets[2 * index] != no_offset) {
     match.matched_ = true;
-    match.begin_ = offsets_[2 * index];
-    match.text_ = {text_.data() + (match.begin_ - offsets_[0]), offsets_[2 * index + 1] - match.begin_};
+    match.begin_ = offsets[2 * index];
+    match.text_ = {text_.data() + (match.begin_ - offsets[0]), offsets[2 * index + 1] - match.begin_};
   }
   return match;
 }

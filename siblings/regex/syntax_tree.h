@@ -17,8 +17,8 @@ inline constexpr unsigned int unbounded = ~0U;
 // The bounds of what a pattern may ask for. They keep an expression below 10 MB and its construction below a
 // second.
 inline constexpr unsigned int most_instructions = 10000;
-inline constexpr unsigned int most_groups = 50;
-inline constexpr unsigned int deepest_nesting = 50;
+inline constexpr unsigned int most_groups = 250;
+inline constexpr unsigned int deepest_nesting = 250;
 inline constexpr unsigned int highest_repeat_count = 1000;
 
 struct Node {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <utility>
 
 #include "regex/searches.h"
 
@@ -87,6 +88,31 @@ TEST(RegexResults, MayBeCopied) {
   const RegexResults copy = results;
   results = RegexResults();
   EXPECT_EQ(copy.match(1).str(), "c");
+}
+
+TEST(RegexResults, OfManyGroupsAreLikeThoseOfFew) {
+  std::string pattern;
+  for (int group = 0; group < 250; ++group) pattern += "(\\d)";
+  RegexResults results;
+  ASSERT_TRUE(Regex(pattern).search("x" + std::string(249, '1') + "7", results, 0));
+  EXPECT_EQ(results.size(), 251U);
+  EXPECT_EQ(results.match(250).str(), "7");
+  EXPECT_EQ(results.match(250).begin_offset(), 250U);
+  ASSERT_TRUE(Regex("(x)").search("x", results, 0));
+  EXPECT_EQ(shown(results), "0-1 0-1");
+}
+
+TEST(RegexResults, AreEmptyWhenTheyWereMovedFrom) {
+  for (const char* pattern : {"b(c)", "b(c)()()()()()()()()()()()()()()()()()"}) {
+    RegexResults results;
+    ASSERT_TRUE(Regex(pattern).search("abc", results, 0));
+    RegexResults taken = std::move(results);
+    EXPECT_EQ(taken.match(1).str(), "c");
+    EXPECT_EQ(results.size(), 0U);  // NOLINT(bugprone-use-after-move)
+    results = std::move(taken);
+    EXPECT_EQ(results.match(1).begin_offset(), 2U);
+    EXPECT_EQ(taken.size(), 0U);  // NOLINT(bugprone-use-after-move)
+  }
 }
 
 }  // namespace

@@ -146,6 +146,9 @@ const Search extended_searches[] = {
     {"a# ( [ * \\", "a", "0-1", "nothing in a comment matters"},
     {"a +", "aa", "0-2", "a repeat may be set off"},
     {"a # one\n {2} # two\n", "aa", "0-2", "also by a comment"},
+    {"a+ ?", "aa", "0-1", "so may the mark of a lazy one"},
+    {"(a) {1,2} \t# few\n ?", "aa", "0-1 0-1", "also by a comment"},
+    {"a? ?b", "ab", "0-2", "a lazy one takes what it must"},
     {"a\\ b\\#", "a b#", "0-4", "escaped blank and # are bytes"},
     {"[ #]+", "a# b", "1-3", "in a class they are members"},
     {"( a | b ) c", "bc", "0-2 0-1", "around operators"},
@@ -339,18 +342,23 @@ TEST(Regex, SearchesOnAStackOf64KiB) {
 TEST(Regex, IsBuiltAndSearchedOnAStackOf64KiBWithBracketsAsDeepAsTheyMayBe) {
   std::string loops = "a";
   std::string choices = "a";
-  for (int depth = 0; depth < 50; ++depth) {
-    loops = "(" + loops + ")*";
+  std::string nested = "a";
+  for (int depth = 0; depth < 50; ++depth) loops = "(" + loops + ")*";
+  for (int depth = 0; depth < 250; ++depth) {
+    nested = "(?:" + nested + ")+";
     choices = "(b|c" + choices + "{1}d)";
   }
   std::string loops_found;
   std::string choices_found;
+  std::string nested_found;
   on_small_stack([&] {
+    nested_found = found(Regex(nested), "aa");
     loops_found = found(Regex(loops), "aa").substr(0, 7);
-    choices_found = found(Regex(choices), std::string(50, 'c') + "a" + std::string(50, 'd')).substr(0, 17);
+    choices_found = found(Regex(choices), std::string(250, 'c') + "a" + std::string(250, 'd')).substr(0, 17);
   });
+  EXPECT_EQ(nested_found, "0-2");
   EXPECT_EQ(loops_found, "0-2 2-2");
-  EXPECT_EQ(choices_found, "0-101 0-101 1-100");
+  EXPECT_EQ(choices_found, "0-501 0-501 1-500");
 }
 
 TEST(Regex, MayBeSearchedByManyThreadsAtOnce) {
