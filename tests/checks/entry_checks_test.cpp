@@ -6,7 +6,7 @@
 #include <iostream>
 #include <limits>
 
-#include "entries/sample_entry.h"
+#include "entries/noting_entry.h"
 
 namespace {
 
@@ -116,6 +116,12 @@ TEST(EntrySummaryCheck, WritesItsNameToTheLogAtLevel1) {
   }
 }
 
+TEST(EntrySummaryCheck, AsksForTheIdentifierAndTheCellOnceEach) {
+  const NotingEntry entry;
+  test_database_entry_summary("run1", entry, "GHIJKL", 11.0, 4);
+  EXPECT_EQ(entry.notes(), (Texts{"identifier", "cell"}));
+}
+
 const Texts four_checks{"entry::crystal_maker()", "entry::experimental_info()", "entry::editors_info()",
                         "entry::crystal_diagram_match()"};
 
@@ -124,6 +130,14 @@ TEST(EntryHandlesCheck, PassesAnImmediateEntryWithFourChecks) {
   test_database_entry_handles("entry", sample_entry());
   EXPECT_EQ(TestSuite::executions(), four_checks);
   EXPECT_TRUE(TestSuite::failures().empty());
+}
+
+TEST(EntryHandlesCheck, AsksTwiceForEachOfTheFourComponents) {
+  const NotingEntry entry;
+  test_database_entry_handles("entry", entry);
+  EXPECT_EQ(entry.notes(),
+            (Texts{"crystal maker", "crystal maker", "experimental info", "experimental info", "editors info",
+                   "editors info", "crystal diagram match", "crystal diagram match"}));
 }
 
 TEST(EntryHandlesCheck, PassesADeferredEntryThatHasNothing) {

@@ -66,11 +66,15 @@ class CountingSource : public Source {
   }
 
   mutable std::map<std::string, int> times;
+  mutable std::vector<std::string> order;
   // Called before each answer with the number of times this component was asked for.
   std::function<void(int)> before_answer = [](int) {};
 
  private:
-  void asked(const char* name) const { before_answer(++times[name]); }
+  void asked(const char* name) const {
+    order.emplace_back(name);
+    before_answer(++times[name]);
+  }
 
   CrystalStructureImmediateDatabaseEntry supplied_;
 };
@@ -181,6 +185,55 @@ TEST(DeferredEntry, PassesOnWhatTheSourceThrowsUnchanged) {
   }
 }
 
+TEST(DeferredEntry, KeepsWhatWasFetchedAndNotWhatTheSourceSetMeanwhile) {
+  const CrystalStructureImmediateDatabaseEntry supplied = sample_entry();
+  const CrystalStructureImmediateDatabaseEntry other = sample_entry();
+  for_each_setter<CrystalStructureDatabaseEntry>([&](const char* name, auto get, auto set) {
+    Deferred deferred(supplied);
+    deferred.source->before_answer = [&](int) { (deferred.entry.*set)((other.*get)()); };
+    EXPECT_EQ((deferred.entry.*get)(), (supplied.*get)()) << name;
+    EXPECT_EQ((deferred.entry.*get)(), (supplied.*get)()) << name;
+    EXPECT_EQ(deferred.source->times[name], 1) << name;
+  });
+}
+
+TEST(DeferredEntry, KeepsANullAnswerAndNotWhatTheSourceSetMeanwhile) {
+  const CrystalStructureImmediateDatabaseEntry other = sample_entry();
+  for_each_setter<CrystalStructureDatabaseEntry>([&](const char* name, auto get, auto set) {
+    Deferred deferred(empty_entry());
+    deferred.source->before_answer = [&](int) { (deferred.entry.*set)((other.*get)()); };
+    EXPECT_TRUE((deferred.entry.*get)().is_null()) << name;
+    EXPECT_TRUE((deferred.entry.*get)().is_null()) << name;
+  });
+}
+
+TEST(DeferredEntry, KeepsWhatTheSourceSetBeforeItFailed) {
+  const CrystalStructureImmediateDatabaseEntry other = sample_entry();
+  for_each_setter<CrystalStructureDatabaseEntry>([&](const char* name, auto get, auto set) {
+    Deferred deferred(sample_entry());
+    deferred.source->before_answer = [&](int) {
+      (deferred.entry.*set)((other.*get)());
+      throw 7;
+    };
+    EXPECT_THROW((deferred.entry.*get)(), int) << name;
+    EXPECT_EQ((deferred.entry.*get)(), (other.*get)()) << name;
+    EXPECT_EQ(deferred.source->times[name], 1) << name;
+  });
+}
+
+TEST(DeferredEntry, AsksTheSourceAgainWhileItIsStillAnswering) {
+  const CrystalStructureImmediateDatabaseEntry supplied = sample_entry();
+  for_each_component<CrystalStructureDatabaseEntry>([&](const char* name, auto accessor) {
+    const Deferred deferred(supplied);
+    deferred.source->before_answer = [&](int time) {
+      if (time > 1) return;
+      EXPECT_EQ((deferred.entry.*accessor)(), (supplied.*accessor)()) << name;
+    };
+    EXPECT_EQ((deferred.entry.*accessor)(), (supplied.*accessor)()) << name;
+    EXPECT_EQ(deferred.source->times[name], 2) << name;
+  });
+}
+
 TEST(DeferredEntry, IsNotMadeWhenTheSourceHasNoIdentifierToGive) {
   auto* const source = new CountingSource(sample_entry());
   const THandle<Source> handle(source);
@@ -208,6 +261,15 @@ TEST(DeferredEntry, PrintsWhatTheImmediateEntryPrintsAndAsksForJustThat) {
   EXPECT_EQ(printed(deferred.entry), sample_text);
   EXPECT_EQ(deferred.source->times.size(), 11U);
   for (const auto& [name, times] : deferred.source->times) EXPECT_EQ(times, 1) << name;
+}
+
+TEST(DeferredEntry, AsksForItsComponentsInTheOrderOfItsSummary) {
+  const Deferred deferred(sample_entry());
+  printed(deferred.entry);
+  EXPECT_EQ(deferred.source->order,
+            (std::vector<std::string>{"identifier", "crystal maker", "publication", "experimental info",
+                                      "editors info", "chemical info", "crystal info", "chemical diagram",
+                                      "connectivity info", "cross reference info", "deposition info"}));
 }
 
 }  // namespace
