@@ -9,6 +9,7 @@
 #include <database_entry/checks/entry_checks.h>
 #include <database_entry/entries/chemical_connectivity_database_entry.h>
 #include <database_entry/entries/chemistry_components.h>
+#include <database_entry/entries/components.h>
 #include <database_entry/entries/crystal_structure_database_entry.h>
 #include <database_entry/entries/crystal_structure_database_entry_data_source.h>
 #include <database_entry/entries/crystal_structure_deferred_database_entry.h>

@@ -1,4 +1,4 @@
-#include <database_entry/entries/crystal_structure_database_entry.h>
+#include <database_entry/entries/components.h>
 
 #include <ostream>
 
@@ -23,14 +23,7 @@ void CrystalStructureDatabaseEntry::print(std::ostream& os) const {
   os << "identifier: ";
   identifier().print(os);
   os << '\n';
-  print_item(os, "crystal maker", crystal_maker());
-  print_item(os, "publication", publication());
-  print_item(os, "experimental info", experimental_info());
-  print_item(os, "editors info", editors_info());
-  print_item(os, "chemical info", chemical_info());
-  print_item(os, "crystal info", crystal_info());
-  print_item(os, "chemical diagram", chemical_diagram());
-  print_item(os, "connectivity info", connectivity_info());
-  print_item(os, "cross reference info", cross_reference_info());
-  print_item(os, "deposition info", deposition_info());
+  for_each_component_in_entry_order([&](auto component) {
+    if constexpr (component.printed) print_item(os, component.label, component.get(*this));
+  });
 }

@@ -1,4 +1,4 @@
-#include <database_entry/entries/crystal_structure_database_entry_data_source.h>
+#include <database_entry/entries/components.h>
 
 CrystalStructureDatabaseEntryDataSource::~CrystalStructureDatabaseEntryDataSource() = default;
 
@@ -6,68 +6,8 @@ DatabaseEntryIdentifier CrystalStructureDatabaseEntryDataSource::identifier() co
   return DatabaseEntryIdentifier();
 }
 
-THandle<CrystalMaker> CrystalStructureDatabaseEntryDataSource::crystal_maker() const {
-  return {};
-}
-
-THandle<ExperimentalInfo> CrystalStructureDatabaseEntryDataSource::experimental_info() const {
-  return {};
-}
-
-THandle<Cell> CrystalStructureDatabaseEntryDataSource::cell() const {
-  return {};
-}
-
-THandle<EditorsInfo> CrystalStructureDatabaseEntryDataSource::editors_info() const {
-  return {};
-}
-
-THandle<ChemicalInfo> CrystalStructureDatabaseEntryDataSource::chemical_info() const {
-  return {};
-}
-
-THandle<CrystalInfo> CrystalStructureDatabaseEntryDataSource::crystal_info() const {
-  return {};
-}
-
-THandle<Publication> CrystalStructureDatabaseEntryDataSource::publication() const {
-  return {};
-}
-
-THandle<ChemicalDiagram> CrystalStructureDatabaseEntryDataSource::chemical_diagram() const {
-  return {};
-}
-
-THandle<ConnectivityInfo> CrystalStructureDatabaseEntryDataSource::connectivity_info() const {
-  return {};
-}
-
-THandle<CrystalDiagramMatch> CrystalStructureDatabaseEntryDataSource::crystal_diagram_match() const {
-  return {};
-}
-
-THandle<ConnectivityDiagramMatch> CrystalStructureDatabaseEntryDataSource::connectivity_diagram_match()
-    const {
-  return {};
-}
-
-THandle<CrystalConnectivityMatch> CrystalStructureDatabaseEntryDataSource::crystal_connectivity_match()
-    const {
-  return {};
-}
-
-THandle<CrossReferenceInfo> CrystalStructureDatabaseEntryDataSource::cross_reference_info() const {
-  return {};
-}
-
-THandle<DepositionInfo> CrystalStructureDatabaseEntryDataSource::deposition_info() const {
-  return {};
-}
-
-THandle<DisorderSelectors> CrystalStructureDatabaseEntryDataSource::disorder_selector() const {
-  return {};
-}
-
-THandle<PublishedGeometry> CrystalStructureDatabaseEntryDataSource::published_geometry() const {
-  return {};
-}
+#define DEFINE_ACCESSOR(number, name, label, Type)                      \
+  THandle<Type> CrystalStructureDatabaseEntryDataSource::name() const { \
+    return {};                                                          \
+  }
+DATABASE_ENTRY_COMPONENTS(DEFINE_ACCESSOR, DEFINE_ACCESSOR)

@@ -1,15 +1,16 @@
 // An entry that asks a data source for each component when it is first wanted, and keeps the answer.
 //
-//   CrystalStructureDeferredDatabaseEntry entry(THandle<CrystalStructureDatabaseEntryDataSource>(new
-//   Folder)); entry.publication();    // asks the source entry.publication();    // does not
+//   const THandle<CrystalStructureDatabaseEntryDataSource> source(new Folder);
+//   const CrystalStructureDeferredDatabaseEntry entry(source);
+//   entry.publication();    // asks the source
+//   entry.publication();    // does not
 //
 // A null answer is kept like any other, and a component that was set is never asked for. What the source
 // throws passes through; the component is then asked for again at the next call.
 // Threads: const accessors change what is kept; an entry and its source belong to one thread at a time.
 #pragma once
 
-#include <database_entry/entries/crystal_structure_database_entry.h>
-#include <database_entry/entries/crystal_structure_database_entry_data_source.h>
+#include <database_entry/entries/components.h>
 
 class DATABASE_ENTRY_EXPORT CrystalStructureDeferredDatabaseEntry : public CrystalStructureDatabaseEntry {
  public:
@@ -58,28 +59,12 @@ class DATABASE_ENTRY_EXPORT CrystalStructureDeferredDatabaseEntry : public Cryst
 
   // Asks the source unless the component was obtained. The flag is set last, so that a failure leaves it to
   // be asked for again.
-  template <class T>
-  static THandle<T> obtain_data(DeferredData<T>& component, const Source& source,
-                                THandle<T> (Source::*operation)() const);
-  template <class T>
-  static void set_data(DeferredData<T>& component, const THandle<T>& data);
+  template <class Component>
+  THandle<typename Component::Type> obtain_data(const Component& component) const;
+  template <class Component>
+  void set_data(const Component& component, const THandle<typename Component::Type>& data);
 
   THandle<Source> source_;
   DatabaseEntryIdentifier identifier_;
-  mutable DeferredData<CrystalMaker> crystal_maker_;
-  mutable DeferredData<Cell> cell_;
-  mutable DeferredData<Publication> publication_;
-  mutable DeferredData<ExperimentalInfo> experimental_info_;
-  mutable DeferredData<EditorsInfo> editors_info_;
-  mutable DeferredData<ChemicalInfo> chemical_info_;
-  mutable DeferredData<CrystalInfo> crystal_info_;
-  mutable DeferredData<ChemicalDiagram> chemical_diagram_;
-  mutable DeferredData<ConnectivityInfo> connectivity_info_;
-  mutable DeferredData<CrystalDiagramMatch> crystal_diagram_match_;
-  mutable DeferredData<ConnectivityDiagramMatch> connectivity_diagram_match_;
-  mutable DeferredData<CrystalConnectivityMatch> crystal_connectivity_match_;
-  mutable DeferredData<CrossReferenceInfo> cross_reference_info_;
-  mutable DeferredData<DepositionInfo> deposition_info_;
-  mutable DeferredData<DisorderSelectors> disorder_selector_;
-  mutable DeferredData<PublishedGeometry> published_geometry_;
+  mutable PerComponent<DeferredData> components_;
 };

@@ -1,16 +1,10 @@
 #include <database_entry/entries/crystal_structure_immediate_database_entry.h>
 #include <utilities/vorn_log.h>
 
-#include <iterator>
 #include <sstream>
 #include <tuple>
 
 namespace {
-
-// The archived components as errors name them, in archive order.
-constexpr const char* archived_components[] = {
-    "crystal maker", "cell",         "publication",       "experimental info",    "editors info",
-    "chemical info", "crystal info", "connectivity info", "cross reference info", "deposition info"};
 
 // Errors name a component only while the entry is at work, also when one of them ends that work.
 class ComponentName {
@@ -27,48 +21,43 @@ class ComponentName {
   const char* before_;
 };
 
-// Hands each of the ten components to `transfer`, in archive order and under its name.
-template <class Components, class Transfer>
-void transfer_components(Archive& archive, Components&& components, const Transfer& transfer) {
-  static_assert(std::tuple_size_v<std::remove_reference_t<Components>> == std::size(archived_components));
-  const ComponentName name(archive);
-  const char* const* next = archived_components;
-  std::apply([&](auto&... each) { ((name.set(*next++), transfer(each)), ...); }, components);
+// Calls `visit` with the ten rows that are archived, all at once, in archive order.
+template <class Visit>
+void with_archived_components(const Visit& visit) {
+  constexpr auto only_archived = [](auto component) {
+    if constexpr (component.archived) {
+      return std::tuple{component};
+    } else {
+      return std::tuple{};
+    }
+  };
+  std::apply([&](auto... component) { std::apply(visit, std::tuple_cat(only_archived(component)...)); },
+             entry_components);
 }
 
 }  // namespace
 
+#define PARAMETER(number, name, label, Type) , THandle<Type> name
+#define ARGUMENT(number, name, label, Type) name,
 CrystalStructureImmediateDatabaseEntry::CrystalStructureImmediateDatabaseEntry(
-    const DatabaseEntryIdentifier& identifier, THandle<CrystalMaker> crystal_maker, THandle<Cell> cell,
-    THandle<Publication> publication, THandle<ExperimentalInfo> experimental_info,
-    THandle<EditorsInfo> editors_info, THandle<ChemicalInfo> chemical_info, THandle<CrystalInfo> crystal_info,
-    THandle<ChemicalDiagram> chemical_diagram, THandle<ConnectivityInfo> connectivity_info,
-    THandle<CrystalDiagramMatch> crystal_diagram_match,
-    THandle<ConnectivityDiagramMatch> connectivity_diagram_match,
-    THandle<CrystalConnectivityMatch> crystal_connectivity_match,
-    THandle<CrossReferenceInfo> cross_reference_info, THandle<DepositionInfo> deposition_info,
-    THandle<DisorderSelectors> disorder_selector, THandle<PublishedGeometry> published_geometry)
-    : identifier_(identifier),
-      crystal_maker_(crystal_maker),
-      cell_(cell),
-      publication_(publication),
-      experimental_info_(experimental_info),
-      editors_info_(editors_info),
-      chemical_info_(chemical_info),
-      crystal_info_(crystal_info),
-      chemical_diagram_(chemical_diagram),
-      connectivity_info_(connectivity_info),
-      crystal_diagram_match_(crystal_diagram_match),
-      connectivity_diagram_match_(connectivity_diagram_match),
-      crystal_connectivity_match_(crystal_connectivity_match),
-      cross_reference_info_(cross_reference_info),
-      deposition_info_(deposition_info),
-      disorder_selector_(disorder_selector),
-      published_geometry_(published_geometry) {}
+    const DatabaseEntryIdentifier& identifier DATABASE_ENTRY_COMPONENTS(PARAMETER, PARAMETER))
+    : identifier_(identifier), components_{DATABASE_ENTRY_COMPONENTS(ARGUMENT, ARGUMENT)} {}
 
 CrystalStructureImmediateDatabaseEntry::CrystalStructureImmediateDatabaseEntry(
     const DatabaseEntryIdentifier& identifier, THandle<CrystalMaker> crystal_maker)
-    : identifier_(identifier), crystal_maker_(crystal_maker), cell_(new Cell(*crystal_maker->cell())) {}
+    : identifier_(identifier) {
+  components_[component_row<ComponentKind::crystal_maker>] = crystal_maker;
+  components_[component_row<ComponentKind::cell>] = THandle<Cell>(new Cell(*crystal_maker->cell()));
+}
+
+CrystalStructureImmediateDatabaseEntry CrystalStructureImmediateDatabaseEntry::from(
+    const DatabaseEntryIdentifier& identifier, const ComponentHandles& components) {
+  return std::apply(
+      [&](auto... component) {
+        return CrystalStructureImmediateDatabaseEntry(identifier, components[component]...);
+      },
+      entry_components);
+}
 
 CrystalStructureImmediateDatabaseEntry::~CrystalStructureImmediateDatabaseEntry() {
   if (!VORNLog::active(3)) return;
@@ -92,125 +81,38 @@ void CrystalStructureImmediateDatabaseEntry::set_identifier(const DatabaseEntryI
   identifier_ = identifier;
 }
 
-THandle<CrystalMaker> CrystalStructureImmediateDatabaseEntry::crystal_maker() const {
-  return crystal_maker_;
-}
-
-THandle<Cell> CrystalStructureImmediateDatabaseEntry::cell() const {
-  return cell_;
-}
-
-THandle<ExperimentalInfo> CrystalStructureImmediateDatabaseEntry::experimental_info() const {
-  return experimental_info_;
-}
-
-THandle<EditorsInfo> CrystalStructureImmediateDatabaseEntry::editors_info() const {
-  return editors_info_;
-}
-
-THandle<ChemicalInfo> CrystalStructureImmediateDatabaseEntry::chemical_info() const {
-  return chemical_info_;
-}
-
-THandle<CrystalInfo> CrystalStructureImmediateDatabaseEntry::crystal_info() const {
-  return crystal_info_;
-}
-
-THandle<Publication> CrystalStructureImmediateDatabaseEntry::publication() const {
-  return publication_;
-}
-
-THandle<ChemicalDiagram> CrystalStructureImmediateDatabaseEntry::chemical_diagram() const {
-  return chemical_diagram_;
-}
-
-THandle<ConnectivityInfo> CrystalStructureImmediateDatabaseEntry::connectivity_info() const {
-  return connectivity_info_;
-}
-
-THandle<CrystalDiagramMatch> CrystalStructureImmediateDatabaseEntry::crystal_diagram_match() const {
-  return crystal_diagram_match_;
-}
-
-THandle<ConnectivityDiagramMatch> CrystalStructureImmediateDatabaseEntry::connectivity_diagram_match() const {
-  return connectivity_diagram_match_;
-}
-
-THandle<CrystalConnectivityMatch> CrystalStructureImmediateDatabaseEntry::crystal_connectivity_match() const {
-  return crystal_connectivity_match_;
-}
-
-THandle<CrossReferenceInfo> CrystalStructureImmediateDatabaseEntry::cross_reference_info() const {
-  return cross_reference_info_;
-}
-
-THandle<DepositionInfo> CrystalStructureImmediateDatabaseEntry::deposition_info() const {
-  return deposition_info_;
-}
-
-THandle<DisorderSelectors> CrystalStructureImmediateDatabaseEntry::disorder_selector() const {
-  return disorder_selector_;
-}
-
-THandle<PublishedGeometry> CrystalStructureImmediateDatabaseEntry::published_geometry() const {
-  return published_geometry_;
-}
-
-void CrystalStructureImmediateDatabaseEntry::set_experimental_info(
-    THandle<ExperimentalInfo> experimental_info) {
-  experimental_info_ = experimental_info;
-}
-
-void CrystalStructureImmediateDatabaseEntry::set_editors_info(THandle<EditorsInfo> editors_info) {
-  editors_info_ = editors_info;
-}
-
-void CrystalStructureImmediateDatabaseEntry::set_chemical_info(THandle<ChemicalInfo> chemical_info) {
-  chemical_info_ = chemical_info;
-}
-
-void CrystalStructureImmediateDatabaseEntry::set_crystal_info(THandle<CrystalInfo> crystal_info) {
-  crystal_info_ = crystal_info;
-}
-
-void CrystalStructureImmediateDatabaseEntry::set_publication(THandle<Publication> publication) {
-  publication_ = publication;
-}
-
-void CrystalStructureImmediateDatabaseEntry::set_cross_reference_info(
-    THandle<CrossReferenceInfo> cross_reference_info) {
-  cross_reference_info_ = cross_reference_info;
-}
-
-void CrystalStructureImmediateDatabaseEntry::set_deposition_info(THandle<DepositionInfo> deposition_info) {
-  deposition_info_ = deposition_info;
-}
-
-void CrystalStructureImmediateDatabaseEntry::set_disorder_selector(
-    THandle<DisorderSelectors> disorder_selector) {
-  disorder_selector_ = disorder_selector;
-}
-
-void CrystalStructureImmediateDatabaseEntry::set_published_geometry(
-    THandle<PublishedGeometry> published_geometry) {
-  published_geometry_ = published_geometry;
-}
+#define DEFINE_ACCESSOR(number, name, label, Type)                     \
+  THandle<Type> CrystalStructureImmediateDatabaseEntry::name() const { \
+    return components_[component_row<ComponentKind::name>];            \
+  }
+#define DEFINE_ACCESSOR_AND_SETTER(number, name, label, Type)                        \
+  DEFINE_ACCESSOR(number, name, label, Type)                                         \
+  void CrystalStructureImmediateDatabaseEntry::set_##name(THandle<Type> component) { \
+    components_[component_row<ComponentKind::name>] = component;                     \
+  }
+DATABASE_ENTRY_COMPONENTS(DEFINE_ACCESSOR, DEFINE_ACCESSOR_AND_SETTER)
 
 void CrystalStructureImmediateDatabaseEntry::write(Archive& archive) const {
   const DatabaseEntryIdentifier identifier_now = identifier();
-  // In braces, so that the accessors are called in this order.
-  const std::tuple components{crystal_maker(),        cell(),           publication(),  experimental_info(),
-                              editors_info(),         chemical_info(),  crystal_info(), connectivity_info(),
-                              cross_reference_info(), deposition_info()};
-  identifier_now.write(archive);
-  transfer_components(archive, components, [&archive](const auto& component) { archive << component; });
+  with_archived_components([&](auto... component) {
+    // All before the first byte; in braces, so that the accessors are called in this order.
+    const std::tuple handles{component.get(*this)...};
+    identifier_now.write(archive);
+    const ComponentName name(archive);
+    const auto write_one = [&](const char* label, const auto& handle) {
+      name.set(label);
+      archive << handle;
+    };
+    (write_one(component.label, std::get<THandle<typename decltype(component)::Type>>(handles)), ...);
+  });
 }
 
 void CrystalStructureImmediateDatabaseEntry::read(Archive& archive) {
   identifier_.read(archive);
-  transfer_components(
-      archive,
-      std::tie(crystal_maker_, cell_, publication_, experimental_info_, editors_info_, chemical_info_,
-               crystal_info_, connectivity_info_, cross_reference_info_, deposition_info_),
-      [&archive](auto& component) { archive >> component; });
+  const ComponentName name(archive);
+  const auto read_one = [&](auto component) {
+    name.set(component.label);
+    archive >> components_[component];
+  };
+  with_archived_components([&](auto... component) { (read_one(component), ...); });
 }

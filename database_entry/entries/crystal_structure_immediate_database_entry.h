@@ -11,7 +11,7 @@
 // three matches, the disorder selectors and the published geometry are not stored.
 #pragma once
 
-#include <database_entry/entries/crystal_structure_database_entry.h>
+#include <database_entry/entries/components.h>
 
 class DATABASE_ENTRY_EXPORT CrystalStructureImmediateDatabaseEntry : public CrystalStructureDatabaseEntry {
  public:
@@ -31,6 +31,11 @@ class DATABASE_ENTRY_EXPORT CrystalStructureImmediateDatabaseEntry : public Crys
   // crystal maker, or the cell in it, is null.
   CrystalStructureImmediateDatabaseEntry(const DatabaseEntryIdentifier& identifier,
                                          THandle<CrystalMaker> crystal_maker);
+
+  // Shares each component: the full constructor for callers that walk the table of the components. (It has a
+  // name because a constructor would make `(identifier, {})` ambiguous.)
+  [[nodiscard]] static CrystalStructureImmediateDatabaseEntry from(const DatabaseEntryIdentifier& identifier,
+                                                                   const ComponentHandles& components);
 
   // A copy shares every component.
   CrystalStructureImmediateDatabaseEntry(const CrystalStructureImmediateDatabaseEntry&) = default;
@@ -81,20 +86,5 @@ class DATABASE_ENTRY_EXPORT CrystalStructureImmediateDatabaseEntry : public Crys
 
  private:
   DatabaseEntryIdentifier identifier_;
-  THandle<CrystalMaker> crystal_maker_;
-  THandle<Cell> cell_;
-  THandle<Publication> publication_;
-  THandle<ExperimentalInfo> experimental_info_;
-  THandle<EditorsInfo> editors_info_;
-  THandle<ChemicalInfo> chemical_info_;
-  THandle<CrystalInfo> crystal_info_;
-  THandle<ChemicalDiagram> chemical_diagram_;
-  THandle<ConnectivityInfo> connectivity_info_;
-  THandle<CrystalDiagramMatch> crystal_diagram_match_;
-  THandle<ConnectivityDiagramMatch> connectivity_diagram_match_;
-  THandle<CrystalConnectivityMatch> crystal_connectivity_match_;
-  THandle<CrossReferenceInfo> cross_reference_info_;
-  THandle<DepositionInfo> deposition_info_;
-  THandle<DisorderSelectors> disorder_selector_;
-  THandle<PublishedGeometry> published_geometry_;
+  ComponentHandles components_;
 };

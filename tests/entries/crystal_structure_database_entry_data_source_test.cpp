@@ -12,8 +12,8 @@ static_assert(std::has_virtual_destructor_v<Source>);
 
 TEST(DataSource, AnswersNothingForEveryComponent) {
   const Source source;
-  for_each_component<Source>(
-      [&](const char* name, auto operation) { EXPECT_TRUE((source.*operation)().is_null()) << name; });
+  for_each_component(
+      [&](auto component) { EXPECT_TRUE(component.fetch(source).is_null()) << component.label; });
 }
 
 TEST(DataSource, GivesADefaultIdentifier) {

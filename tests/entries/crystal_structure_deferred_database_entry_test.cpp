@@ -108,52 +108,54 @@ TEST(DeferredEntry, TakesANewIdentifierWithoutTheSource) {
 TEST(DeferredEntry, AsksForEachComponentOnceAndSharesIt) {
   const CrystalStructureImmediateDatabaseEntry supplied = sample_entry();
   const Deferred deferred(supplied);
-  for_each_component<CrystalStructureDatabaseEntry>([&](const char* name, auto accessor) {
-    const auto first = (deferred.entry.*accessor)();
-    EXPECT_FALSE((deferred.entry.*accessor)() != first) << name;
-    EXPECT_EQ(first, (supplied.*accessor)()) << name;
-    EXPECT_EQ(deferred.source->times[name], 1) << name;
-    EXPECT_EQ(first.use_count(), 4) << name;  // supplied, the source's copy, the entry's and this one
-  });
+  for_each_component(
+      [&](auto component) {
+        const auto first = component.get(deferred.entry);
+        EXPECT_FALSE(component.get(deferred.entry) != first) << component.label;
+        EXPECT_EQ(first, component.get(supplied)) << component.label;
+        EXPECT_EQ(deferred.source->times[component.label], 1) << component.label;
+        EXPECT_EQ(first.use_count(), 4)
+            << component.label;  // supplied, the source's copy, the entry's and this one
+      });
 }
 
 TEST(DeferredEntry, KeepsANullAnswerLikeAnyOther) {
   const Deferred deferred(empty_entry());
-  for_each_component<Entry>([&](const char* name, auto accessor) {
-    EXPECT_TRUE((deferred.entry.*accessor)().is_null()) << name;
-    EXPECT_TRUE((deferred.entry.*accessor)().is_null()) << name;
-    EXPECT_EQ(deferred.source->times[name], 1) << name;
+  for_each_component([&](auto component) {
+    EXPECT_TRUE(component.get(deferred.entry).is_null()) << component.label;
+    EXPECT_TRUE(component.get(deferred.entry).is_null()) << component.label;
+    EXPECT_EQ(deferred.source->times[component.label], 1) << component.label;
   });
 }
 
 TEST(DeferredEntry, NeverAsksForWhatWasSet) {
   const CrystalStructureImmediateDatabaseEntry other = sample_entry();
-  for_each_setter<CrystalStructureDatabaseEntry>([&](const char* name, auto get, auto set) {
+  for_each_setter([&](auto component) {
     Deferred deferred(sample_entry());
-    const auto next = (other.*get)();
-    (deferred.entry.*set)(next);
-    EXPECT_EQ((deferred.entry.*get)(), next) << name;
-    EXPECT_EQ(deferred.source->times[name], 0) << name;
+    const auto next = component.get(other);
+    component.set(deferred.entry, next);
+    EXPECT_EQ(component.get(deferred.entry), next) << component.label;
+    EXPECT_EQ(deferred.source->times[component.label], 0) << component.label;
   });
 }
 
 TEST(DeferredEntry, TakesAComponentInPlaceOfTheOneThatWasFetched) {
   const CrystalStructureImmediateDatabaseEntry other = sample_entry();
-  for_each_setter<CrystalStructureDatabaseEntry>([&](const char* name, auto get, auto set) {
+  for_each_setter([&](auto component) {
     Deferred deferred(sample_entry());
-    EXPECT_NE((deferred.entry.*get)(), (other.*get)()) << name;
-    (deferred.entry.*set)((other.*get)());
-    EXPECT_EQ((deferred.entry.*get)(), (other.*get)()) << name;
-    EXPECT_EQ(deferred.source->times[name], 1) << name;
+    EXPECT_NE(component.get(deferred.entry), component.get(other)) << component.label;
+    component.set(deferred.entry, component.get(other));
+    EXPECT_EQ(component.get(deferred.entry), component.get(other)) << component.label;
+    EXPECT_EQ(deferred.source->times[component.label], 1) << component.label;
   });
 }
 
 TEST(DeferredEntry, StaysWithoutAComponentThatWasSetToNull) {
-  for_each_setter<Entry>([&](const char* name, auto get, auto set) {
+  for_each_setter([&](auto component) {
     Deferred deferred(sample_entry());
-    (deferred.entry.*set)({});
-    EXPECT_TRUE((deferred.entry.*get)().is_null()) << name;
-    EXPECT_EQ(deferred.source->times[name], 0) << name;
+    component.set(deferred.entry, {});
+    EXPECT_TRUE(component.get(deferred.entry).is_null()) << component.label;
+    EXPECT_EQ(deferred.source->times[component.label], 0) << component.label;
   });
 }
 
@@ -165,11 +167,11 @@ TEST(DeferredEntry, AsksAgainAfterTheSourceThrewWhateverItThrew) {
     deferred.source->before_answer = [&](int time) {
       if (time == 1) fail();
     };
-    for_each_component<Entry>([&](const char* name, auto accessor) {
-      EXPECT_ANY_THROW((deferred.entry.*accessor)()) << name;
-      EXPECT_FALSE((deferred.entry.*accessor)().is_null()) << name;
-      EXPECT_FALSE((deferred.entry.*accessor)().is_null()) << name;
-      EXPECT_EQ(deferred.source->times[name], 2) << name;
+    for_each_component([&](auto component) {
+      EXPECT_ANY_THROW(static_cast<void>(component.get(deferred.entry))) << component.label;
+      EXPECT_FALSE(component.get(deferred.entry).is_null()) << component.label;
+      EXPECT_FALSE(component.get(deferred.entry).is_null()) << component.label;
+      EXPECT_EQ(deferred.source->times[component.label], 2) << component.label;
     });
   }
 }

@@ -163,37 +163,10 @@ inline const std::string empty_text =
     "cross reference info: <zero handle>\n"
     "deposition info: <zero handle>\n";
 
-// Calls `visit` with the name and the accessor of each component.
-template <class Holder, class Visit>
-void for_each_component(const Visit& visit) {
-  visit("crystal maker", &Holder::crystal_maker);
-  visit("cell", &Holder::cell);
-  visit("publication", &Holder::publication);
-  visit("experimental info", &Holder::experimental_info);
-  visit("editors info", &Holder::editors_info);
-  visit("chemical info", &Holder::chemical_info);
-  visit("crystal info", &Holder::crystal_info);
-  visit("chemical diagram", &Holder::chemical_diagram);
-  visit("connectivity info", &Holder::connectivity_info);
-  visit("crystal diagram match", &Holder::crystal_diagram_match);
-  visit("connectivity diagram match", &Holder::connectivity_diagram_match);
-  visit("crystal connectivity match", &Holder::crystal_connectivity_match);
-  visit("cross reference info", &Holder::cross_reference_info);
-  visit("deposition info", &Holder::deposition_info);
-  visit("disorder selector", &Holder::disorder_selector);
-  visit("published geometry", &Holder::published_geometry);
-}
-
-// Calls `visit` with the name, the accessor and the setter of each component that has a setter.
-template <class Entry, class Visit>
+// Calls `visit` with the row of each component that has a setter.
+template <class Visit>
 void for_each_setter(const Visit& visit) {
-  visit("experimental info", &Entry::experimental_info, &Entry::set_experimental_info);
-  visit("editors info", &Entry::editors_info, &Entry::set_editors_info);
-  visit("chemical info", &Entry::chemical_info, &Entry::set_chemical_info);
-  visit("crystal info", &Entry::crystal_info, &Entry::set_crystal_info);
-  visit("publication", &Entry::publication, &Entry::set_publication);
-  visit("cross reference info", &Entry::cross_reference_info, &Entry::set_cross_reference_info);
-  visit("deposition info", &Entry::deposition_info, &Entry::set_deposition_info);
-  visit("disorder selector", &Entry::disorder_selector, &Entry::set_disorder_selector);
-  visit("published geometry", &Entry::published_geometry, &Entry::set_published_geometry);
+  for_each_component([&](auto component) {
+    if constexpr (component.has_setter) visit(component);
+  });
 }

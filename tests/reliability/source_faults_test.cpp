@@ -6,6 +6,7 @@
 #include <functional>
 #include <new>
 #include <stdexcept>
+#include <vector>
 
 namespace {
 
@@ -82,29 +83,15 @@ struct Accessor {
   std::function<const void*(const Entry&)> component;
 };
 
-template <class T>
-Accessor accessor(const char* name, THandle<T> (Entry::*operation)() const) {
-  return {name, [operation](const Entry& entry) { return (entry.*operation)().get(); }};
+std::vector<Accessor> all_accessors() {
+  std::vector<Accessor> all;
+  for_each_component([&](auto component) {
+    all.push_back({component.name, [component](const Entry& entry) { return component.get(entry).get(); }});
+  });
+  return all;
 }
 
-const Accessor accessors[] = {
-    accessor("crystal_maker", &Entry::crystal_maker),
-    accessor("cell", &Entry::cell),
-    accessor("experimental_info", &Entry::experimental_info),
-    accessor("editors_info", &Entry::editors_info),
-    accessor("chemical_info", &Entry::chemical_info),
-    accessor("crystal_info", &Entry::crystal_info),
-    accessor("publication", &Entry::publication),
-    accessor("chemical_diagram", &Entry::chemical_diagram),
-    accessor("connectivity_info", &Entry::connectivity_info),
-    accessor("crystal_diagram_match", &Entry::crystal_diagram_match),
-    accessor("connectivity_diagram_match", &Entry::connectivity_diagram_match),
-    accessor("crystal_connectivity_match", &Entry::crystal_connectivity_match),
-    accessor("cross_reference_info", &Entry::cross_reference_info),
-    accessor("deposition_info", &Entry::deposition_info),
-    accessor("disorder_selector", &Entry::disorder_selector),
-    accessor("published_geometry", &Entry::published_geometry),
-};
+const std::vector<Accessor> accessors = all_accessors();
 
 THandle<Source> source_that_fails(int& calls, int failing_call, const std::function<void()>& fail) {
   return THandle<Source>(new Unreliable(calls, failing_call, fail));
