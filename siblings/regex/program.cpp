@@ -15,14 +15,14 @@ namespace {
 // number; after a byte is taken it is the number of repeats. Outside of such repeats, and that is nearly
 // always, there is one entry and one way on.
 //
-// Programs are written from their end, so a node's ways to enter are the ways on of what stands before it.
-// They lie on a stack, `width_` of them for each node that is being written, and nothing recurses.
+// Programs are written from their end, so a node's ways to enter are the ways on of what is before it. They
+// are on a stack, `width_` of them for each node that is being written, and nothing recurses.
 class Compiler {
  public:
   explicit Compiler(SyntaxTree tree)
       : tree_(std::move(tree)),
         extents_(extents(tree_)),
-        program_{{}, std::move(tree_.sets), SlotPlan(tree_, extents_), 0} {
+        program_{{}, std::move(tree_.sets), TagPlan(tree_, extents_), 0} {
     program_.instructions.reserve(2 * tree_.nodes.size());
     tasks_.reserve(tree_.nodes.size());
   }
@@ -36,7 +36,7 @@ class Compiler {
       tasks_.pop_back();
       carry_out(task);
     }
-    program_.start = add(whole, {Instruction::save, ways_.back(), SlotPlan::match_start});
+    program_.start = add(whole, {Instruction::tag, ways_.back(), TagPlan::match_start});
     return std::move(program_);
   }
 
@@ -46,11 +46,11 @@ class Compiler {
     enum Kind : std::uint8_t {
       write,        // replace them by the ways to enter the node
       write_many,   // the same, `argument` times
-      write_up_to,  // the same, but each time what lies under them may be chosen instead
-      save,         // pass a bracket of a group, whose slot is `argument`
-      choose,       // prefer them, or if the node is lazy do not, to what lies under them
-      copy,         // push a copy of the ways that lie `argument` under the top
-      drop_under,   // forget those that lie under them
+      write_up_to,  // the same, but each time the ways under them may be chosen instead
+      pass,         // pass a bracket of a group, whose slot is `argument`
+      choose,       // fork to them or to those under them; to these first if the node is lazy
+      copy,         // push a copy of the ways that are `argument` under the top
+      drop_under,   // forget those under them
       close_loop    // they enter the body of the repeat, which comes back to the instruction `argument`
     };
     Kind kind;
@@ -72,7 +72,7 @@ class Compiler {
     return static_cast<InstructionIndex>(program_.instructions.size() - 1);
   }
 
-  // The ways of which `depth` others lie on top.
+  // The ways that have `depth` others on top.
   InstructionIndex* ways(std::size_t depth = 0) { return ways_.data() + ways_.size() - (depth + 1) * width_; }
 
   void carry_out(const Task& task) {
@@ -88,9 +88,9 @@ class Compiler {
         later(Task::write_up_to, task.node, task.argument - 1);
         later(Task::choose, task.node);
         return later(Task::write, tree_.nodes[task.node].first_child);
-      case Task::save:
-        if (!program_.plan.noted(task.argument)) return;
-        return each_way(task.node, Instruction::save, program_.plan.places[task.argument].note);
+      case Task::pass:
+        if (!program_.plan.has_tag(task.argument)) return;
+        return each_way(task.node, Instruction::tag, program_.plan.places[task.argument].tag);
       case Task::choose:
         return choose(tree_.nodes[task.node]);
       case Task::copy:
@@ -120,9 +120,9 @@ class Compiler {
       case Node::text_end:
         return each_way(index, Instruction::text_end, 0);
       case Node::group:
-        later(Task::save, index, 2 * node.number);
+        later(Task::pass, index, 2 * node.number);
         later(Task::write, node.first_child);
-        return later(Task::save, index, 2 * node.number + 1);
+        return later(Task::pass, index, 2 * node.number + 1);
       case Node::sequence:
         for (NodeIndex item = node.first_child; item != no_node; item = tree_.nodes[item].next_sibling) {
           later(Task::write, item);
@@ -163,7 +163,7 @@ class Compiler {
   }
 
   // The last alternative is written first; each of the others is then preferred to what there is so far. The
-  // ways on lie under it all until the end.
+  // ways on are under it all until the end.
   void write_alternatives(NodeIndex index) {
     later(Task::drop_under, index);
     for (NodeIndex each = tree_.nodes[index].first_child; each != no_node;

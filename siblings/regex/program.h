@@ -1,9 +1,12 @@
 // The program of an expression: what a thread of a search does, step by step.
 // Internal: callers want regex/regex.h.
+//
+// Such machines are K. Thompson's (Regular expression search algorithm, Communications of the ACM 11, 1968);
+// that they carry positions along is R. Pike's. docs/expressions.md shows one.
 #pragma once
 
-#include <regex/slot_plan.h>
 #include <regex/syntax_tree.h>
+#include <regex/tag_plan.h>
 
 #include <cstdint>
 #include <vector>
@@ -16,7 +19,7 @@ struct Instruction {
   enum Operation : std::uint8_t {
     bytes,       // take a byte of the set `argument`, go on
     fork,        // prefer to go on; the second choice is `argument`
-    save,        // note the position under the number `argument`, go on
+    tag,         // set the tag `argument` to the position, go on
     text_start,  // go on at the start of the text only
     text_end,    // go on at the end of the text only
     match        // done
@@ -31,7 +34,7 @@ struct Instruction {
 struct Program {
   std::vector<Instruction> instructions;
   std::vector<ByteSet> sets;
-  SlotPlan plan;
+  TagPlan plan;
   InstructionIndex start = 0;
 };
 

@@ -35,7 +35,7 @@ struct Node {
 };
 
 struct SyntaxTree {
-  std::vector<Node> nodes;    // a node stands behind its children
+  std::vector<Node> nodes;    // a node comes after its children
   std::vector<ByteSet> sets;  // no two are equal
   NodeIndex root = no_node;
   unsigned int groups = 0;

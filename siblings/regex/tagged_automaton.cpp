@@ -15,7 +15,7 @@ class AutomatonBuilder {
     const std::size_t likely_states = std::min(program_.instructions.size(), most_states);
     states_.reserve(likely_states);
     thread_instructions_.reserve(2 * likely_states);
-    thread_notes_.reserve(2 * likely_states * program_.plan.notes);
+    thread_tags_.reserve(2 * likely_states * program_.plan.tags);
     outcomes_.reserve(8);
     moves_.reserve(TaggedAutomaton::most_registers);
   }
@@ -23,7 +23,7 @@ class AutomatonBuilder {
   std::optional<TaggedAutomaton> build() {
     if (program_.instructions.size() > most_program_instructions) return std::nullopt;
     automaton_.slots_ = static_cast<std::uint32_t>(program_.plan.places.size());
-    sort_bytes_into_kinds();
+    sort_bytes_into_classes();
 
     threads_.clear();
     threads_.start(here, false);
@@ -54,10 +54,10 @@ class AutomatonBuilder {
   // These keep an automaton below 1 MB and its building below some milliseconds.
   static constexpr std::size_t most_program_instructions = 500;
   static constexpr std::size_t most_states = 250;
-  static constexpr std::size_t most_notes = 20000;
+  static constexpr std::size_t most_tags = 20000;
 
   struct State {
-    std::size_t first_thread;  // into thread_instructions_; the notes lie in thread_notes_ alike
+    std::size_t first_thread;  // into thread_instructions_; their tags are in thread_tags_ alike
     std::size_t threads;
     std::size_t hash;
     bool may_start;      // no match has been found, so that later attempts matter
@@ -77,36 +77,36 @@ class AutomatonBuilder {
                        [=](const Instruction& instruction) { return instruction.operation == operation; });
   }
 
-  // Bytes that no set of the program tells apart are of one kind. kinds_ holds one byte of each. All bytes
-  // are of one kind at first, and each set splits the kinds that it tells apart. From one border of a set to
-  // the next bytes are alike.
-  void sort_bytes_into_kinds() {
+  // Bytes that no set of the program tells apart are of one class. classes_ holds one byte of each. All bytes
+  // are of one class at first, and each set splits the classes that it tells apart. From one border of a set
+  // to the next bytes are alike.
+  void sort_bytes_into_classes() {
     ByteSet borders;
     for (const ByteSet& set : program_.sets) borders |= set ^ (set << 1);
     borders.set(0);
     std::vector<std::size_t> stretches;
     for (std::size_t byte = 0; byte < 256; byte = borders._Find_next(byte)) stretches.push_back(byte);
 
-    std::vector<std::size_t> kinds(stretches.size(), 0);
+    std::vector<std::size_t> classes(stretches.size(), 0);
     std::size_t count = 1;
     std::vector<std::array<std::size_t, 2>> parts;
     for (const ByteSet& set : program_.sets) {
       parts.assign(count, {none, none});
       count = 0;
       for (std::size_t each = 0; each < stretches.size(); ++each) {
-        std::size_t& part = parts[kinds[each]][set[stretches[each]] ? 1 : 0];
+        std::size_t& part = parts[classes[each]][set[stretches[each]] ? 1 : 0];
         if (part == none) part = count++;
-        kinds[each] = part;
+        classes[each] = part;
       }
     }
 
-    kinds_.resize(count);
+    classes_.resize(count);
     stretches.push_back(256);
-    for (std::size_t each = 0; each < kinds.size(); ++each) {
-      kinds_[kinds[each]] = stretches[each];
-      std::fill(automaton_.kind_of_byte_.begin() + stretches[each],
-                automaton_.kind_of_byte_.begin() + stretches[each + 1],
-                static_cast<std::uint8_t>(kinds[each]));
+    for (std::size_t each = 0; each < classes.size(); ++each) {
+      classes_[classes[each]] = stretches[each];
+      std::fill(automaton_.class_of_byte_.begin() + stretches[each],
+                automaton_.class_of_byte_.begin() + stretches[each + 1],
+                static_cast<std::uint8_t>(classes[each]));
     }
     automaton_.end_of_text_ = static_cast<std::uint32_t>(count);
     automaton_.transitions_.reserve(states_.capacity() * (automaton_.run() + 1));
@@ -135,8 +135,8 @@ class AutomatonBuilder {
   void rename_registers(ThreadList& threads) {
     moves_.clear();
     for (std::size_t thread = 0; thread < threads.size(); ++thread) {
-      for (std::uint32_t note = 0; note < program_.plan.notes; ++note) {
-        Position& value = threads.notes(thread)[note];
+      for (std::uint32_t tag = 0; tag < program_.plan.tags; ++tag) {
+        Position& value = threads.tags(thread)[tag];
         if (value == unset || value == here) continue;
         const auto known =
             std::find_if(moves_.begin(), moves_.end(), [&](const Move& move) { return move.from == value; });
@@ -153,7 +153,7 @@ class AutomatonBuilder {
     const auto add = [&hash](std::size_t value) { hash = (hash ^ value) * 0x9E3779B97F4A7C15U; };
     for (std::size_t thread = 0; thread < threads.size(); ++thread) {
       add(threads.instruction(thread));
-      for (std::uint32_t note = 0; note < program_.plan.notes; ++note) add(threads.notes(thread)[note]);
+      for (std::uint32_t tag = 0; tag < program_.plan.tags; ++tag) add(threads.tags(thread)[tag]);
     }
     return hash;
   }
@@ -162,10 +162,10 @@ class AutomatonBuilder {
     // uncovered: only where two states share a hash
     if (state.threads != threads.size()) return false;
     for (std::size_t thread = 0; thread < threads.size(); ++thread) {
-      const Position* notes = thread_notes_.data() + (state.first_thread + thread) * program_.plan.notes;
+      const Position* tags = thread_tags_.data() + (state.first_thread + thread) * program_.plan.tags;
       // uncovered: as above
       if (thread_instructions_[state.first_thread + thread] != threads.instruction(thread) ||
-          !std::equal(notes, notes + program_.plan.notes, threads.notes(thread))) {
+          !std::equal(tags, tags + program_.plan.tags, threads.tags(thread))) {
         return false;
       }
     }
@@ -177,20 +177,20 @@ class AutomatonBuilder {
         {thread_instructions_.size(), threads.size(), hash, may_start, at_text_start, recipe(threads)});
     for (std::size_t thread = 0; thread < threads.size(); ++thread) {
       thread_instructions_.push_back(threads.instruction(thread));
-      thread_notes_.insert(thread_notes_.end(), threads.notes(thread),
-                           threads.notes(thread) + program_.plan.notes);
+      thread_tags_.insert(thread_tags_.end(), threads.tags(thread),
+                          threads.tags(thread) + program_.plan.tags);
     }
-    if (states_.size() > most_states || thread_notes_.size() > most_notes) too_large_ = true;
+    if (states_.size() > most_states || thread_tags_.size() > most_tags) too_large_ = true;
     return static_cast<std::uint32_t>(states_.size() - 1);
   }
 
-  // How the slots of the matched thread come about when the search stands where it has matched.
+  // How the slots of the matched thread come about when the search is where it has matched.
   Recipe recipe(const ThreadList& threads) {
     if (!threads.matched()) return none;
-    const Position* notes = threads.notes(threads.size() - 1);
+    const Position* tags = threads.tags(threads.size() - 1);
     const auto recipe = static_cast<Recipe>(automaton_.recipes_.size());
-    for (const auto [note, distance] : program_.plan.places) {
-      const Position from = note == program_.plan.match_end() ? here : notes[note];
+    for (const auto [tag, distance] : program_.plan.places) {
+      const Position from = tag == program_.plan.match_end() ? here : tags[tag];
       automaton_.recipes_.push_back(from == unset ? Source{TaggedAutomaton::nowhere, 0}
                                                   : Source{from, distance});
     }
@@ -201,9 +201,9 @@ class AutomatonBuilder {
   void recall(const State& state, Position name) {
     threads_.clear();
     for (std::size_t thread = state.first_thread; thread < state.first_thread + state.threads; ++thread) {
-      threads_.append(thread_instructions_[thread], thread_notes_.data() + thread * program_.plan.notes);
-      for (std::uint32_t note = 0; note < program_.plan.notes; ++note) {
-        Position& value = threads_.notes(threads_.size() - 1)[note];
+      threads_.append(thread_instructions_[thread], thread_tags_.data() + thread * program_.plan.tags);
+      for (std::uint32_t tag = 0; tag < program_.plan.tags; ++tag) {
+        Position& value = threads_.tags(threads_.size() - 1)[tag];
         if (value == here) value = name;
       }
     }
@@ -213,7 +213,7 @@ class AutomatonBuilder {
     const State state = states_[index];
     recall(state, before);
     outcomes_.clear();
-    for (const std::size_t byte : kinds_) {
+    for (const std::size_t byte : classes_) {
       const Takers takers = takers_of(byte);
       auto known = std::find_if(outcomes_.begin(), outcomes_.end(),
                                 [&](const Outcome& outcome) { return outcome.takers == takers; });
@@ -267,8 +267,8 @@ class AutomatonBuilder {
       if (moves_.empty() && to == from) return TaggedAutomaton::stay;
       if (moves_.empty()) return to == from + 1 ? TaggedAutomaton::advance : row(to);
       // The first thread started first, so if that was at `before`, no other position is held, nor moved.
-      const bool notes_start = moves_[0].to == 0 && moves_[0].from == before;
-      if (to == from + 1 && notes_start) return TaggedAutomaton::begin;
+      const bool tags_start = moves_[0].to == 0 && moves_[0].from == before;
+      if (to == from + 1 && tags_start) return TaggedAutomaton::begin;
     }
 
     const std::size_t first_move = automaton_.moves_.size();
@@ -279,7 +279,7 @@ class AutomatonBuilder {
   }
 
   // A transition moves all positions at once, a search one after the other. The registers that are written
-  // are in ascending order; where one is read after it has been written, all values take a detour.
+  // are in ascending order. Where one is read after it has been written, all values take a detour.
   void add_moves() {
     std::vector<Move>& moves = automaton_.moves_;
     for (Move& move : moves_) {
@@ -297,21 +297,22 @@ class AutomatonBuilder {
     moves.insert(moves.end(), moves_.begin(), moves_.end());
   }
 
-  // Bit by bit the runs get what skips them, the later row's first.
+  // A state that some bytes do not leave gets one of eight bits, and these bytes get it too: a search then
+  // skips them by one look at each byte's bits. The first states have them, the later row before all others.
   void collect_runs() {
-    std::vector<std::uint8_t> runs_of_kind(kinds_.size(), 0);
+    std::vector<std::uint8_t> runs_of_class(classes_.size(), 0);
     std::uint8_t run = 1;
     for (std::uint32_t state = 0; state < states_.size() && run != 0; ++state) {
       std::uint32_t* transitions = automaton_.transitions_.data() + row(state);
-      for (std::size_t kind = 0; kind < kinds_.size(); ++kind) {
-        if (transitions[kind] != TaggedAutomaton::stay) continue;
-        runs_of_kind[kind] = static_cast<std::uint8_t>(runs_of_kind[kind] | run);
+      for (std::size_t each = 0; each < classes_.size(); ++each) {
+        if (transitions[each] != TaggedAutomaton::stay) continue;
+        runs_of_class[each] = static_cast<std::uint8_t>(runs_of_class[each] | run);
         transitions[automaton_.run()] = run;
       }
       if (transitions[automaton_.run()] == run) run = static_cast<std::uint8_t>(run << 1U);
     }
     for (std::size_t byte = 0; byte < 256; ++byte) {
-      automaton_.runs_of_byte_[byte] = runs_of_kind[automaton_.kind_of_byte_[byte]];
+      automaton_.runs_of_byte_[byte] = runs_of_class[automaton_.class_of_byte_[byte]];
     }
   }
 
@@ -327,10 +328,10 @@ class AutomatonBuilder {
 
   const Program& program_;
   TaggedAutomaton automaton_;
-  std::vector<std::size_t> kinds_;
+  std::vector<std::size_t> classes_;
   std::vector<State> states_;
   std::vector<InstructionIndex> thread_instructions_;
-  std::vector<Position> thread_notes_;
+  std::vector<Position> thread_tags_;
   ThreadList threads_;
   ThreadList next_;
   std::vector<Move> moves_;
@@ -353,7 +354,7 @@ bool TaggedAutomaton::search(std::string_view text, std::size_t from, unsigned i
   const std::uint32_t* const transitions = transitions_.data();
   std::size_t position = row == later_row_ ? skip_to_start(text, from) : from;
   while (position < text.size()) {
-    const std::uint32_t next = transitions[row + kind_of_byte_[static_cast<unsigned char>(text[position])]];
+    const std::uint32_t next = transitions[row + class_of_byte_[static_cast<unsigned char>(text[position])]];
     if (next == advance) {
       row += run() + 1;
     } else if (next == stay) {
@@ -368,7 +369,7 @@ bool TaggedAutomaton::search(std::string_view text, std::size_t from, unsigned i
       const Action& action = actions_[next - first_action];
       registers[here] = static_cast<Position>(position);
       if (action.match != none) {
-        note_match(action.match, registers, slots);
+        record_match(action.match, registers, slots);
         found = true;
       }
       if (action.next == none) return found;
@@ -386,11 +387,12 @@ bool TaggedAutomaton::search(std::string_view text, std::size_t from, unsigned i
   const Recipe match = transitions[row + end_of_text_];
   if (match == none) return found;
   registers[here] = static_cast<Position>(position);
-  note_match(match, registers, slots);
+  record_match(match, registers, slots);
   return true;
 }
 
-inline void TaggedAutomaton::note_match(Recipe match, const Registers& registers, unsigned int* slots) const {
+inline void TaggedAutomaton::record_match(Recipe match, const Registers& registers,
+                                          unsigned int* slots) const {
   for (std::uint32_t slot = 0; slot < slots_; slot += 2) {
     const Source* source = recipes_.data() + match + slot;
     slots[slot] = registers[source[0].from] + source[0].distance;

@@ -5,30 +5,30 @@
 namespace regex_detail {
 
 ThreadList::ThreadList(const Program& program)
-    : program_(&program), seen_(program.instructions.size(), 0), path_notes_(program.plan.notes, unset) {
+    : program_(&program), seen_(program.instructions.size(), 0), path_tags_(program.plan.tags, unset) {
   threads_.reserve(usual_threads);
-  notes_.reserve(usual_threads * program.plan.notes);
+  tags_.reserve(usual_threads * program.plan.tags);
   tasks_.reserve(usual_threads);
 }
 
 void ThreadList::clear() {
   threads_.clear();
-  notes_.clear();
+  tags_.clear();
   matched_ = false;
   ++round_;
 }
 
-void ThreadList::append(InstructionIndex instruction, const Position* notes) {
+void ThreadList::append(InstructionIndex instruction, const Position* tags) {
   threads_.push_back(instruction);
-  notes_.insert(notes_.end(), notes, notes + program_->plan.notes);
+  tags_.insert(tags_.end(), tags, tags + program_->plan.tags);
   matched_ = program_->instructions[instruction].operation == Instruction::match;
 }
 
 void ThreadList::start(Position here, bool at_text_start) {
   if (matched_) return;
   at_text_start_ = at_text_start;
-  std::fill(path_notes_.begin(), path_notes_.end(), unset);
-  follow(program_->start, path_notes_.data(), here);
+  std::fill(path_tags_.begin(), path_tags_.end(), unset);
+  follow(program_->start, path_tags_.data(), here);
   at_text_start_ = false;
 }
 
@@ -37,7 +37,7 @@ void ThreadList::step(const ThreadList& before, std::size_t byte, Position here)
   for (std::size_t thread = 0; thread < before.size() && !matched_; ++thread) {
     const Instruction& instruction = program_->instructions[before.instruction(thread)];
     if (instruction.operation == Instruction::bytes && program_->sets[instruction.argument][byte]) {
-      follow(instruction.next, before.notes(thread), here);
+      follow(instruction.next, before.tags(thread), here);
     }
   }
 }
@@ -47,20 +47,20 @@ void ThreadList::finish(const ThreadList& before, Position here, bool at_text_st
   at_text_start_ = at_text_start;
   at_text_end_ = true;
   for (std::size_t thread = 0; thread < before.size() && !matched_; ++thread) {
-    follow(before.instruction(thread), before.notes(thread), here);
+    follow(before.instruction(thread), before.tags(thread), here);
   }
   at_text_start_ = false;
   at_text_end_ = false;
 }
 
-void ThreadList::follow(InstructionIndex first, const Position* notes, Position here) {
-  if (notes != path_notes_.data()) std::copy_n(notes, program_->plan.notes, path_notes_.begin());
+void ThreadList::follow(InstructionIndex first, const Position* tags, Position here) {
+  if (tags != path_tags_.data()) std::copy_n(tags, program_->plan.tags, path_tags_.begin());
   tasks_.push_back({first});
   while (!tasks_.empty()) {
     const Task task = tasks_.back();
     tasks_.pop_back();
     if (task.instruction == restore) {
-      path_notes_[task.note] = task.value;
+      path_tags_[task.tag] = task.value;
       continue;
     }
     if (matched_ || seen_[task.instruction] == round_) continue;
@@ -71,9 +71,9 @@ void ThreadList::follow(InstructionIndex first, const Position* notes, Position 
         tasks_.push_back({instruction.argument});
         tasks_.push_back({instruction.next});
         break;
-      case Instruction::save:
-        tasks_.push_back({restore, instruction.argument, path_notes_[instruction.argument]});
-        path_notes_[instruction.argument] = here;
+      case Instruction::tag:
+        tasks_.push_back({restore, instruction.argument, path_tags_[instruction.argument]});
+        path_tags_[instruction.argument] = here;
         tasks_.push_back({instruction.next});
         break;
       case Instruction::text_start:
@@ -87,7 +87,7 @@ void ThreadList::follow(InstructionIndex first, const Position* notes, Position 
         [[fallthrough]];
       case Instruction::bytes:
       case Instruction::match:
-        append(task.instruction, path_notes_.data());
+        append(task.instruction, path_tags_.data());
         break;
     }
   }

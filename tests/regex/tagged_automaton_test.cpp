@@ -11,7 +11,8 @@ regex_detail::Program program_of(const std::string& pattern) {
   return regex_detail::compile(regex_detail::parse(pattern, false));
 }
 
-// a|a|a: a byte and a fork each, but for the last; and the two notes of the match are an instruction each.
+// a|a|a: a byte and a fork each, except the last; the start of the match and the match are an instruction
+// each.
 std::string alternatives(std::size_t count) {
   std::string pattern = "a";
   while (--count > 0) pattern += "|a";

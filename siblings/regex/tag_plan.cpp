@@ -1,4 +1,4 @@
-#include <regex/slot_plan.h>
+#include <regex/tag_plan.h>
 
 #include <algorithm>
 
@@ -17,7 +17,7 @@ unsigned int product(unsigned int width, unsigned int times) {
   return static_cast<unsigned int>(std::min<std::uint64_t>(std::uint64_t{width} * times, Extent::wide));
 }
 
-// What every match passes exactly once, from its start to its end: brackets of groups, and what stands
+// What every match passes exactly once, from its start to its end: brackets of groups, and what is
 // between them.
 struct Piece {
   NodeIndex node;
@@ -73,23 +73,23 @@ std::vector<Extent> extents(const SyntaxTree& tree) {
   return extents;
 }
 
-SlotPlan::SlotPlan(const SyntaxTree& tree, const std::vector<Extent>& extents)
-    : places(2 * (tree.groups + 1), {nowhere, 0}), own_note(places.size(), false) {
-  // What lies at a fixed distance behind the start or before the end of the match, as long as nothing between
+TagPlan::TagPlan(const SyntaxTree& tree, const std::vector<Extent>& extents)
+    : places(2 * (tree.groups + 1), {nowhere, 0}), tagged(places.size(), false) {
+  // What is at a fixed distance after the start or before the end of the match, as long as nothing between
   // varies.
   std::vector<Piece> spine = spine_of(tree);
-  const auto place_along_spine = [&](std::uint32_t note, std::uint32_t direction) {
+  const auto place_along_spine = [&](std::uint32_t tag, std::uint32_t direction) {
     std::uint32_t distance = 0;
     for (const Piece& piece : spine) {
       if (piece.slot == nowhere) {
         if (!extents[piece.node].fixed()) return;
         distance += direction * extents[piece.node].least;
-      } else if (places[piece.slot].note == nowhere) {
-        places[piece.slot] = {note, distance};
+      } else if (places[piece.slot].tag == nowhere) {
+        places[piece.slot] = {tag, distance};
       }
     }
   };
-  // The end has its number last, when the notes have been counted.
+  // The end has its number last, when the tags have been counted.
   const std::uint32_t end = nowhere - 1;
   places[0] = {match_start, 0};
   places[1] = {end, 0};
@@ -97,23 +97,23 @@ SlotPlan::SlotPlan(const SyntaxTree& tree, const std::vector<Extent>& extents)
   std::reverse(spine.begin(), spine.end());
   place_along_spine(end, ~std::uint32_t{0});
 
-  const auto note_it = [this](std::uint32_t slot) {
-    places[slot] = {notes++, 0};
-    own_note[slot] = true;
+  const auto give_tag = [this](std::uint32_t slot) {
+    places[slot] = {tags++, 0};
+    tagged[slot] = true;
   };
   for (std::size_t index = 0; index < tree.nodes.size(); ++index) {
     if (tree.nodes[index].kind != Node::group) continue;
     const std::uint32_t begin = 2 * tree.nodes[index].number;
-    if (places[begin + 1].note == nowhere) note_it(begin + 1);
-    if (places[begin].note != nowhere) continue;
+    if (places[begin + 1].tag == nowhere) give_tag(begin + 1);
+    if (places[begin].tag != nowhere) continue;
     if (extents[index].fixed()) {
-      places[begin] = {places[begin + 1].note, places[begin + 1].distance - extents[index].least};
+      places[begin] = {places[begin + 1].tag, places[begin + 1].distance - extents[index].least};
     } else {
-      note_it(begin);
+      give_tag(begin);
     }
   }
   for (Place& place : places) {
-    if (place.note == end) place.note = match_end();
+    if (place.tag == end) place.tag = match_end();
   }
 }
 
