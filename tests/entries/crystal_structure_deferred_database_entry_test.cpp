@@ -190,49 +190,49 @@ TEST(DeferredEntry, PassesOnWhatTheSourceThrowsUnchanged) {
 TEST(DeferredEntry, KeepsWhatWasFetchedAndNotWhatTheSourceSetMeanwhile) {
   const CrystalStructureImmediateDatabaseEntry supplied = sample_entry();
   const CrystalStructureImmediateDatabaseEntry other = sample_entry();
-  for_each_setter<CrystalStructureDatabaseEntry>([&](const char* name, auto get, auto set) {
+  for_each_setter([&](auto component) {
     Deferred deferred(supplied);
-    deferred.source->before_answer = [&](int) { (deferred.entry.*set)((other.*get)()); };
-    EXPECT_EQ((deferred.entry.*get)(), (supplied.*get)()) << name;
-    EXPECT_EQ((deferred.entry.*get)(), (supplied.*get)()) << name;
-    EXPECT_EQ(deferred.source->times[name], 1) << name;
+    deferred.source->before_answer = [&](int) { component.set(deferred.entry, component.get(other)); };
+    EXPECT_EQ(component.get(deferred.entry), component.get(supplied)) << component.name;
+    EXPECT_EQ(component.get(deferred.entry), component.get(supplied)) << component.name;
+    EXPECT_EQ(deferred.source->times[component.label], 1) << component.name;
   });
 }
 
 TEST(DeferredEntry, KeepsANullAnswerAndNotWhatTheSourceSetMeanwhile) {
   const CrystalStructureImmediateDatabaseEntry other = sample_entry();
-  for_each_setter<CrystalStructureDatabaseEntry>([&](const char* name, auto get, auto set) {
+  for_each_setter([&](auto component) {
     Deferred deferred(empty_entry());
-    deferred.source->before_answer = [&](int) { (deferred.entry.*set)((other.*get)()); };
-    EXPECT_TRUE((deferred.entry.*get)().is_null()) << name;
-    EXPECT_TRUE((deferred.entry.*get)().is_null()) << name;
+    deferred.source->before_answer = [&](int) { component.set(deferred.entry, component.get(other)); };
+    EXPECT_TRUE(component.get(deferred.entry).is_null()) << component.name;
+    EXPECT_TRUE(component.get(deferred.entry).is_null()) << component.name;
   });
 }
 
 TEST(DeferredEntry, KeepsWhatTheSourceSetBeforeItFailed) {
   const CrystalStructureImmediateDatabaseEntry other = sample_entry();
-  for_each_setter<CrystalStructureDatabaseEntry>([&](const char* name, auto get, auto set) {
+  for_each_setter([&](auto component) {
     Deferred deferred(sample_entry());
     deferred.source->before_answer = [&](int) {
-      (deferred.entry.*set)((other.*get)());
+      component.set(deferred.entry, component.get(other));
       throw 7;
     };
-    EXPECT_THROW((deferred.entry.*get)(), int) << name;
-    EXPECT_EQ((deferred.entry.*get)(), (other.*get)()) << name;
-    EXPECT_EQ(deferred.source->times[name], 1) << name;
+    EXPECT_THROW(static_cast<void>(component.get(deferred.entry)), int) << component.name;
+    EXPECT_EQ(component.get(deferred.entry), component.get(other)) << component.name;
+    EXPECT_EQ(deferred.source->times[component.label], 1) << component.name;
   });
 }
 
 TEST(DeferredEntry, AsksTheSourceAgainWhileItIsStillAnswering) {
   const CrystalStructureImmediateDatabaseEntry supplied = sample_entry();
-  for_each_component<CrystalStructureDatabaseEntry>([&](const char* name, auto accessor) {
+  for_each_component([&](auto component) {
     const Deferred deferred(supplied);
     deferred.source->before_answer = [&](int time) {
       if (time > 1) return;
-      EXPECT_EQ((deferred.entry.*accessor)(), (supplied.*accessor)()) << name;
+      EXPECT_EQ(component.get(deferred.entry), component.get(supplied)) << component.name;
     };
-    EXPECT_EQ((deferred.entry.*accessor)(), (supplied.*accessor)()) << name;
-    EXPECT_EQ(deferred.source->times[name], 2) << name;
+    EXPECT_EQ(component.get(deferred.entry), component.get(supplied)) << component.name;
+    EXPECT_EQ(deferred.source->times[component.label], 2) << component.name;
   });
 }
 
