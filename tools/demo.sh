@@ -35,7 +35,7 @@ echo "$summary"
 [ "$code" = 1 ] || fail "import ended with $code, not with 1 (done with problems)"
 
 entries=$("$dbentry" list "$archive" -c identifier -f text | wc -l)
-rejected=$(grep -c '"status":"failed"' "$report")
+rejected=$(grep -c '"status":"error"' "$report")
 warnings=$(grep -c ': warning: ' "$folder/messages")
 [ "$entries" = 506 ] || fail "$entries entries instead of 506"
 [ "$rejected" = 4 ] || fail "$rejected files rejected instead of 4"

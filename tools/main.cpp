@@ -1,5 +1,6 @@
 // dbentry: makes, reads and compares stored archives of crystal-structure entries.
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <iostream>
@@ -19,6 +20,11 @@ void fill_closed_standard_streams() {
   }
 }
 
+std::size_t terminal_columns() {
+  winsize size = {};
+  return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+}
+
 }  // namespace
 
 int main(int argument_count, char** arguments) {
@@ -28,7 +34,8 @@ int main(int argument_count, char** arguments) {
     StandardOutput buffer(STDOUT_FILENO);
     std::ostream out(&buffer);
     out.exceptions(std::ios::badbit);
-    Terminal terminal{out, std::cerr, ::isatty(STDOUT_FILENO) != 0, ::isatty(STDERR_FILENO) != 0};
+    Terminal terminal{out, std::cerr, ::isatty(STDOUT_FILENO) != 0, ::isatty(STDERR_FILENO) != 0,
+                      terminal_columns()};
     return static_cast<int>(run_command_line(argument_count, arguments, terminal));
   } catch (const std::exception& error) {
     std::cerr << "dbentry: " << error.what() << '\n';

@@ -13,9 +13,11 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <optional>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "tools/temporary_folder.h"
@@ -38,6 +40,16 @@ class Program {
     arguments_.insert(arguments_.begin(), DBENTRY_PROGRAM);
   }
 
+  // Standard input comes from this file.
+  Program& input_from(const std::string& path) {
+    input_ = path;
+    return *this;
+  }
+  // A variable of the environment.
+  Program& with_variable(const std::string& name, const std::string& value) {
+    variables_.emplace_back(name, value);
+    return *this;
+  }
   // Standard output goes to this file instead; the empty name closes it before the start.
   Program& output_to(const std::string& path) {
     output_ = path;
@@ -94,6 +106,13 @@ class Program {
 
  private:
   void become(const std::string& out, const std::string& messages, char** arguments) const {
+    if (input_) {
+      const int input = ::open(input_->c_str(), O_RDONLY);
+      ::dup2(input, STDIN_FILENO);
+      ::close(input);
+    }
+    ::unsetenv("DBENTRY_COLLECTION");
+    for (const auto& [name, value] : variables_) ::setenv(name.c_str(), value.c_str(), 1);
     ::close(STDOUT_FILENO);
     if (output_to_nobody_) {
       int ends[2];
@@ -121,6 +140,8 @@ class Program {
   }
 
   std::vector<std::string> arguments_;
+  std::optional<std::string> input_;
+  std::vector<std::pair<std::string, std::string>> variables_;
   std::optional<std::string> output_;
   std::optional<std::string> messages_;
   bool output_to_nobody_ = false;

@@ -18,6 +18,7 @@ using testing::StartsWith;
 
 const std::string archive = SAMPLES_FOLDER "/cross_references.dbe";
 const std::string invented = SAMPLES_FOLDER "/invented.cif";
+const std::string old = contents_of_file(archive);  // what an output replaces
 const std::string broken = SAMPLES_FOLDER "/broken.cif";
 
 Outcome run(const std::vector<std::string>& arguments) {
@@ -72,7 +73,7 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{{"--vershion"}, 2, "dbentry: unknown option '--vershion'; did you mean '--version'?\n"},
         UsageCase{{"--frobnicate"},
                   2,
-                  "dbentry: unknown option '--frobnicate'; known are: --version, --help, -h\n"},
+                  "dbentry: unknown option '--frobnicate'; known are: --version, -V, --help, -h\n"},
         UsageCase{{"list", archive, "-c", "athors"},
                   2,
                   "dbentry: unknown column 'athors'; did you mean 'authors'?\n"},
@@ -184,11 +185,13 @@ INSTANTIATE_TEST_SUITE_P(
         OutputCase{{"depositions", archive, "ABCDEF01", "--kind", "JDS"}, ""},
         OutputCase{{"list", archive}, "ABCDEF01\tC6 H12 O6\tan invented sugar\tJ.Am.Chem.Soc.\t1979\t0\n"},
         OutputCase{{"list", archive, "-c", "identifier,authors,z", "-f", "csv"},
-                   "identifier,authors,z\nABCDEF01,\"A.Author, B.Author\",\n"},
+                   "identifier,authors,z\nABCDEF01,A.Author; B.Author,\n"},
         OutputCase{{"journals", "4", "ACCRA9"},
                    "4\tJACSAT\tcurrent\tJ.Am.Chem.Soc.\n1\tACCRA9\tdiscontinued\tActa Crystallogr.\n"},
         OutputCase{{"verify", archive},
-                   SAMPLES_FOLDER "/cross_references.dbe: 1 entries, 745 bytes, rewritten byte for byte\n"},
+                   SAMPLES_FOLDER
+                   "/cross_references.dbe: 1 entries, 745 bytes, rewritten byte for byte\nSHA-256 "
+                   "474c71cf491a11ee2ffbc442969947747c40d8852de50084bbf4ee25831d6d92\n"},
         OutputCase{{"diff", archive, archive}, ""}));
 
 TEST(Verify, NamesTheFirstByteThatIsRewrittenDifferently) {
@@ -261,12 +264,12 @@ TEST(Import, TakesTheGoodFilesAndReportsTheBroken) {
                                  "  hint: 3 values do not fill rows of 2 columns: a row is broken or lost\n");
   EXPECT_THAT(result.out, StartsWith("2 entries from 1 files, 1 files not imported, 0 warnings; "));
   EXPECT_EQ(run({"list", folder.file("x.dbe"), "-c", "identifier,authors,page,operators,atoms"}).out,
-            "first\tMüller, A. B., O'Hara, C.\tL12\t192\t2\nC7654321\tMüller, A. B., O'Hara, C.\t15\t2\t1\n");
+            "first\tMüller, A. B.; O'Hara, C.\tL12\t192\t2\nC7654321\tMüller, A. B.; O'Hara, C.\t15\t2\t1\n");
   const std::string report = contents_of_file(folder.file("r.jsonl"));
   EXPECT_EQ(std::count(report.begin(), report.end(), '\n'), 3);
   EXPECT_THAT(report, HasSubstr("\"published_bonds\":1,\"absent\":[\"source\",\"color\""));
   EXPECT_THAT(report,
-              HasSubstr("{\"status\":\"failed\",\"file\":\"" + broken + "\",\"line\":3,\"column\":1,"));
+              HasSubstr("{\"status\":\"error\",\"file\":\"" + broken + "\",\"line\":3,\"column\":1,"));
 }
 
 TEST(Import, ReportsAFileThatMayNotBeReadAndTakesTheOthers) {
@@ -325,23 +328,23 @@ TEST(Import, WritesNothingInADryRun) {
 
 TEST(Import, KeepsTheOldFileWhenStrictAndNotClean) {
   const TemporaryFolder folder;
-  const std::string path = folder.with("x.dbe", "old");
+  const std::string path = folder.with("x.dbe", old);
   const Outcome result = run({"import", invented, broken, "--strict", "-o", path});
   EXPECT_EQ(result.code, 1);
-  EXPECT_EQ(contents_of_file(path), "old");
+  EXPECT_EQ(contents_of_file(path), old);
   EXPECT_EQ(folder.file_count(), 1U);
 }
 
 TEST(Import, KeepsTheOldFileWhenNothingCouldBeImported) {
   const TemporaryFolder folder;
-  const std::string path = folder.with("x.dbe", "old");
+  const std::string path = folder.with("x.dbe", old);
   EXPECT_EQ(run({"import", broken, "-o", path}).code, 1);
-  EXPECT_EQ(contents_of_file(path), "old");
+  EXPECT_EQ(contents_of_file(path), old);
 }
 
 TEST(Import, KeepsThePermissionsOfTheOldFile) {
   const TemporaryFolder folder;
-  const std::string path = folder.with("x.dbe", "old");
+  const std::string path = folder.with("x.dbe", old);
   ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
   EXPECT_EQ(run({"import", invented, "-o", path}).code, 0);
   struct stat status = {};
@@ -351,11 +354,11 @@ TEST(Import, KeepsThePermissionsOfTheOldFile) {
 
 TEST(Import, WritesThroughASymbolicLink) {
   const TemporaryFolder folder;
-  const std::string path = folder.with("x.dbe", "old");
+  const std::string path = folder.with("x.dbe", old);
   std::filesystem::create_symlink(path, folder.file("link"));
   EXPECT_EQ(run({"import", invented, "-o", folder.file("link")}).code, 0);
   EXPECT_TRUE(std::filesystem::is_symlink(folder.file("link")));
-  EXPECT_NE(contents_of_file(path), "old");
+  EXPECT_NE(contents_of_file(path), old);
 }
 
 struct OutputFault {
@@ -389,10 +392,10 @@ std::string many_structures(const TemporaryFolder& folder) {
 TEST(Atomicity, LeavesTheOldFileWhenTheDiskIsFull) {
   const TemporaryFolder folder;
   const std::string cif = many_structures(folder);
-  const std::string path = folder.with("x.dbe", "old");
+  const std::string path = folder.with("x.dbe", old);
   const Outcome result = Program({"import", cif, "-o", path}).file_size_limit(100000).run();
   EXPECT_EQ(result.code, 4);
-  EXPECT_EQ(contents_of_file(path), "old");
+  EXPECT_EQ(contents_of_file(path), old);
   EXPECT_EQ(folder.file_count(), 2U) << "the temporary is gone";
 }
 
@@ -406,13 +409,13 @@ TEST_P(Interrupted, LeavesTheOldFileOrTheNew) {
   const std::string whole = contents_of_file(folder.file("whole.dbe"));
   bool was_interrupted = false;
   for (int milliseconds = 0; milliseconds <= 60; milliseconds += 6) {
-    const std::string path = folder.with("x.dbe", "old");
+    const std::string path = folder.with("x.dbe", old);
     const Outcome result = Program({"import", cif, "-o", path})
                                .signalled(GetParam(), std::chrono::milliseconds(milliseconds))
                                .run();
     was_interrupted = was_interrupted || result.signal == GetParam();
     const std::string found = contents_of_file(path);
-    EXPECT_TRUE(found == "old" || found == whole) << milliseconds << " ms: " << found.size() << " bytes";
+    EXPECT_TRUE(found == old || found == whole) << milliseconds << " ms: " << found.size() << " bytes";
     if (GetParam() != SIGKILL) {
       EXPECT_EQ(folder.file_count(), 3U) << milliseconds << " ms";
     }
@@ -511,10 +514,20 @@ TEST(Archive, MayNotBeAFolder) {
             "dbentry: /tmp: is a folder; a stored archive is wanted (dbentry import makes one)\n");
 }
 
-TEST(Archive, MayNotBeAText) {
-  const Outcome result = run({"show", invented});
+TEST(Archive, MayNotBeACif) {
+  const Outcome result = run({"list", invented});
+  EXPECT_EQ(result.code, 4);
+  EXPECT_EQ(result.messages,
+            "dbentry: " + invented +
+                ": is a CIF, not a stored archive; an archive is made of it by: dbentry import " + invented +
+                " -o invented.dbe\n");
+}
+
+TEST(Archive, MayNotBeAnyOtherText) {
+  const TemporaryFolder folder;
+  const Outcome result = run({"show", folder.with("x", "Dear reader,\n")});
   EXPECT_EQ(result.code, 5);
-  EXPECT_THAT(result.messages, StartsWith("dbentry: " + invented + ": entry 1 ("));
+  EXPECT_THAT(result.messages, StartsWith("dbentry: " + folder.file("x") + ": entry 1 ("));
 }
 
 }  // namespace

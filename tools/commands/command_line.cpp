@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "tools/commands/commands.h"
+#include "tools/files/collection_place.h"
 #include "tools/messages/nearest_name.h"
 #include "tools/output/standard_output.h"
 
@@ -22,12 +23,15 @@ namespace {
 class CommandLine {
  public:
   explicit CommandLine(Terminal& terminal) : terminal_(terminal) {
-    app_.set_version_flag("--version", "dbentry " DBENTRY_VERSION, "Print the version and stop");
+    app_.set_version_flag("-V,--version", "dbentry " DBENTRY_VERSION, "Print the version and stop");
     app_.set_help_flag("-h,--help", "Print this help and stop");
     app_.get_formatter()->column_width(28);
     app_.require_subcommand(1);
     app_.footer(
-        "A stored archive is entries back to back. dbentry COMMAND --help tells more of a command.\n\n"
+        "A COLLECTION is a stored archive (entries back to back), a SQLite store or a URL; it may be left "
+        "out\n"
+        "where the environment variable DBENTRY_COLLECTION names one. \"-\" is standard input or output.\n"
+        "dbentry help COMMAND tells more of a command.\n\n"
         "Exit codes: 0 done, 1 done with problems, 2 usage, 3 identifier not found, 4 cannot open,\n"
         "5 stored data damaged.");
     add_import();
@@ -38,6 +42,10 @@ class CommandLine {
     add_verify();
     add_journals();
     add_diff();
+    add_extract();
+    add_merge();
+    add_remove();
+    add_help();
   }
 
   ExitCode run(int argument_count, const char* const* arguments) {
@@ -101,27 +109,52 @@ class CommandLine {
     return help;
   }
 
-  // `options` lives in this object, as long as the parsed values are needed.
+  // `options` lives in this object, as long as the parsed values are needed. `prepare` makes of what was said
+  // what the command takes.
   template <class Options>
   CLI::App* add(const char* name, const char* description, Options& options,
-                ExitCode (*command)(const Options&, Terminal&)) {
+                ExitCode (*command)(const Options&, Terminal&), const std::function<void()>& prepare = {}) {
     CLI::App* app = app_.add_subcommand(name, description);
     app->set_help_flag("-h,--help", "Print this help and stop");
-    app->callback([this, &options, command] {
-      command_ = [this, &options, command] { return command(options, terminal_); };
+    app->callback([this, &options, command, prepare] {
+      command_ = [this, &options, command, prepare] {
+        if (prepare) prepare();
+        return command(options, terminal_);
+      };
     });
     return app;
   }
 
-  static void add_format(CLI::App* app, std::string& format, const char* formats) {
+  static void add_format(CLI::App* app, std::string& format,
+                         const char* formats = "text, table, json, jsonl or csv") {
     app->add_option(
            "-f,--format", format,
            fmt::format("{} (default: table on a terminal, otherwise text: cells separated by tabs)", formats))
         ->type_name("FORMAT");
   }
 
-  static CLI::Option* add_file(CLI::App* app, std::string& file, const char* name = "FILE") {
-    return app->add_option(name, file, "A stored archive")->required()->type_name("");
+  static void add_collection(CLI::App* app, std::string& collection, const char* name = "COLLECTION") {
+    app->add_option(name, collection, "A stored archive, a SQLite store or a URL")->type_name("");
+  }
+
+  static void add_identifiers(CLI::App* app, std::vector<std::string>& identifiers, const char* description) {
+    app->add_option("ID", identifiers, description)->type_name("");
+  }
+
+  static void add_output(CLI::App* app, std::string& output, const char* description) {
+    app->add_option("-o,--output", output, description)->type_name("FILE");
+  }
+
+  static void add_force(CLI::App* app, bool& force) {
+    app->add_flag("--force", force, "Replace files of another kind too, but never an input");
+  }
+
+  static void add_on_duplicate(CLI::App* app, std::string& rule, const char* usual) {
+    app->add_option("--on-duplicate", rule,
+                    fmt::format("What becomes of an entry that is there already: keep it, replace it by the "
+                                "new one, or refuse the new one (default: {})",
+                                usual))
+        ->type_name("RULE");
   }
 
   void add_import() {
@@ -130,54 +163,101 @@ class CommandLine {
     app->add_option("PATH", import_.paths, "CIF files, and folders with .cif files at any depth")
         ->required()
         ->type_name("");
-    app->add_option("-o,--output", import_.output,
-                    "The stored archive to write; an old one is replaced when the new one is whole")
-        ->type_name("FILE");
+    add_output(app, import_.output,
+               "The stored archive to write; an old one is replaced when the new one is whole");
     app->add_option("--report", import_.report,
                     "Write what was found and what was absent, one JSON object an entry")
         ->type_name("FILE");
     app->add_flag("--dry-run", import_.dry_run, "Read and report, but write no archive");
     app->add_flag("--strict", import_.strict, "Write no archive when there is an error or a warning");
+    add_force(app, import_.force);
   }
 
   void add_show() {
-    CLI::App* app = add("show", "Print the summaries of entries", show_, show_command);
-    add_file(app, show_.file);
-    app->add_option("ID", show_.identifiers, "Identifiers (default: all entries)")->type_name("");
+    CLI::App* app = add("show", "Print the summaries of entries", show_, show_command,
+                        [this] { take_collection("show", {&show_.collection}, &show_.identifiers); });
+    add_collection(app, show_.collection);
+    add_identifiers(app, show_.identifiers, "Identifiers (default: all entries)");
     app->add_option("-f,--format", show_.format, "text, json or jsonl (default: text)")->type_name("FORMAT");
   }
 
   void add_list() {
-    CLI::App* app = add("list", "Print one line an entry", list_, list_command);
-    add_file(app, list_.file);
+    CLI::App* app = add("list", "Print one line an entry", list_, list_command,
+                        [this] { take_collection("list", {&list_.collection}, nullptr); });
+    add_collection(app, list_.collection);
     app->add_option("-c,--columns", list_.columns, "Names separated by commas")->type_name("COLUMNS");
     app->footer(fmt::format("Columns: {}", fmt::join(list_columns(), ", ")));
-    add_format(app, list_.format, "text, table, json, jsonl or csv");
+    add_format(app, list_.format);
+  }
+
+  void add_extract() {
+    CLI::App* app = add("extract", "Copy some entries into a new archive", extract_, extract_command, [this] {
+      take_collection("extract", {&extract_.collection}, &extract_.identifiers);
+    });
+    add_collection(app, extract_.collection);
+    add_identifiers(app, extract_.identifiers, "Identifiers of the entries to copy");
+    add_output(app, extract_.output, "The stored archive to write");
+    add_force(app, extract_.force);
+  }
+
+  void add_merge() {
+    CLI::App* app =
+        add("merge", "Copy all entries of several collections into a new archive", merge_, merge_command);
+    app->add_option("COLLECTION", merge_.collections, "Stored archives, SQLite stores or URLs")
+        ->required()
+        ->type_name("");
+    add_output(app, merge_.output, "The stored archive to write");
+    add_on_duplicate(app, merge_.on_duplicate, "refuse");
+    add_force(app, merge_.force);
+  }
+
+  void add_remove() {
+    CLI::App* app = add("remove", "Take entries out of a collection", remove_, remove_command,
+                        [this] { take_collection("remove", {&remove_.collection}, &remove_.identifiers); });
+    add_collection(app, remove_.collection);
+    add_identifiers(app, remove_.identifiers, "Identifiers of the entries to remove");
   }
 
   void add_related() {
-    CLI::App* app = add("related", "Print the identifiers of the entries that an entry refers to", related_,
-                        related_command);
-    add_file(app, related_.file);
-    app->add_option("ID", related_.identifier, "An identifier")->required()->type_name("");
-    add_format(app, related_.format, "text, table, json, jsonl or csv");
+    CLI::App* app =
+        add("related", "Print the identifiers of the entries that an entry refers to", related_,
+            related_command, [this] { take_pair("related", related_.collection, related_.identifier); });
+    add_collection(app, related_.collection);
+    app->add_option("ID", related_.identifier, "An identifier")->type_name("");
+    app->add_flag("--reverse", related_.reverse, "The entries that refer to it instead");
+    app->add_option("--depth", related_.depth, "Follow references so many times (default: 1)")
+        ->type_name("N");
+    add_format(app, related_.format);
   }
 
   void add_depositions() {
-    CLI::App* app = add("depositions", "Print the deposition codes of an entry and the numbers in them",
-                        depositions_, depositions_command);
-    add_file(app, depositions_.file);
-    app->add_option("ID", depositions_.identifier, "An identifier")->required()->type_name("");
+    CLI::App* app =
+        add("depositions", "Print the deposition codes of entries and the numbers in them", depositions_,
+            depositions_command, [this] {
+              take_collection("depositions", {&depositions_.collection, &depositions_.identifier}, nullptr);
+            });
+    add_collection(app, depositions_.collection);
+    app->add_option("ID", depositions_.identifier, "An identifier (default: all entries)")->type_name("");
     app->add_option("--kind", depositions_.kind, "Only this kind, such as \"IUCR Coeditor Code\"")
         ->type_name("KIND");
-    add_format(app, depositions_.format, "text, table, json, jsonl or csv");
+    app->add_option("--number", depositions_.number, "Only the codes with this number")->type_name("TEXT");
+    add_format(app, depositions_.format);
   }
 
   void add_verify() {
     CLI::App* app =
-        add("verify", "Read an archive, rewrite it in memory and compare the bytes", verify_, verify_command);
-    add_file(app, verify_.file);
-    app->add_option("-o,--output", verify_.output, "Keep the rewritten archive")->type_name("FILE");
+        add("verify", "Read a collection, rewrite it in memory and compare the bytes", verify_,
+            verify_command, [this] { take_collection("verify", {&verify_.collection}, nullptr); });
+    add_collection(app, verify_.collection);
+    add_output(app, verify_.output, "Keep the rewritten archive");
+    app->add_option("--digest", verify_.digest,
+                    "Keep the SHA-256 of the archive in this file; compare it when the file is there")
+        ->type_name("FILE");
+    add_force(app, verify_.force);
+    app->footer(
+        "What is damaged in its structure, and what is written differently, is found by itself. A number or "
+        "a\n"
+        "letter that was changed in place is found by its digest only: keep one beside the archive.");
   }
 
   void add_journals() {
@@ -185,14 +265,39 @@ class CommandLine {
     app->add_option("CODEN", journals_.codens,
                     "Numbers or international CODENs (default: all journals with a title)")
         ->type_name("");
-    add_format(app, journals_.format, "text, table, json, jsonl or csv");
+    add_format(app, journals_.format);
   }
 
   void add_diff() {
-    CLI::App* app = add("diff", "Print which components of which entries differ", diff_, diff_command);
-    add_file(app, diff_.first, "FILE1");
-    add_file(app, diff_.second, "FILE2");
-    add_format(app, diff_.format, "text, table, json, jsonl or csv");
+    CLI::App* app = add("diff", "Print which entries differ, in which fields, with both values", diff_,
+                        diff_command, [this] { take_pair("diff", diff_.first, diff_.second); });
+    add_collection(app, diff_.first, "COLLECTION1");
+    add_collection(app, diff_.second, "COLLECTION2");
+    add_format(app, diff_.format);
+  }
+
+  void add_help() {
+    CLI::App* app = app_.add_subcommand("help", "Print the help of a command");
+    app->add_option("COMMAND", help_about_, "Its name (default: all commands)")->type_name("");
+    app->set_help_flag("-h,--help", "Print this help and stop");
+    app->callback([this] { command_ = [this] { return help(); }; });
+  }
+
+  // As if the help had been asked for by its option.
+  ExitCode help() {
+    std::vector<const char*> arguments = {"dbentry"};
+    for (const std::string& word : help_about_) arguments.push_back(word.c_str());
+    arguments.push_back("--help");
+    return CommandLine(terminal_).run(static_cast<int>(arguments.size()), arguments.data());
+  }
+
+  // Commands that take a collection and one argument more.
+  static void take_pair(const std::string& command, std::string& collection, std::string& other) {
+    take_collection(command, {&collection, &other}, nullptr);
+    if (other.empty()) {
+      throw ToolError(ExitCode::usage,
+                      fmt::format("{}: an argument is missing; see: dbentry help {}", command, command));
+    }
   }
 
   Terminal& terminal_;
@@ -205,6 +310,10 @@ class CommandLine {
   VerifyOptions verify_;
   JournalsOptions journals_;
   DiffOptions diff_;
+  ExtractOptions extract_;
+  MergeOptions merge_;
+  RemoveOptions remove_;
+  std::vector<std::string> help_about_;
   std::vector<std::string> arguments_;
   std::function<ExitCode()> command_;
 };

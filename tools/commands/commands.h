@@ -1,5 +1,7 @@
 // The subcommands of dbentry: each does its work and says how it ended. What ends one early is thrown:
 // ToolError for what has an exit code of its own.
+//
+// A collection is a stored archive, a SQLite store or a URL; "-" is an archive on standard input.
 #pragma once
 
 #include <string>
@@ -9,46 +11,66 @@
 #include "tools/output/terminal.h"
 
 struct ImportOptions {
-  std::vector<std::string> paths;  // files, and folders with all *.cif below them
-  std::string output;              // may be empty for a dry run
+  std::vector<std::string> paths;  // files, folders with CIF files below them, and collections
+  std::string output;              // an archive to write; empty: none
+  std::string into;                // a store to put entries into; empty: none
   std::string report;              // empty: none
+  std::string on_duplicate;        // keep, replace, refuse; empty: as the target has it
+  std::string id_from;             // code, name, file; empty: code, and clashes stay
+  std::string from;                // cif, json; empty: by the name of the file
+  bool perceive = false;           // finds bonds and molecules as well
   bool dry_run = false;            // everything but the output
-  bool strict = false;             // no output when there was an error or a warning
+  bool strict = false;             // no output when there was an error, a warning or a skipped block
+  bool force = false;
 };
 ExitCode import_command(const ImportOptions& options, Terminal& terminal);
 
 struct ShowOptions {
-  std::string file;
+  std::string collection;
   std::vector<std::string> identifiers;  // none: all entries
   std::string format;
 };
 ExitCode show_command(const ShowOptions& options, Terminal& terminal);
 
 struct ListOptions {
-  std::string file;
+  std::string collection;
   std::string columns;  // names separated by commas; empty: a few
   std::string format;
 };
 ExitCode list_command(const ListOptions& options, Terminal& terminal);
 
 struct RelatedOptions {
-  std::string file;
+  std::string collection;
   std::string identifier;
+  bool reverse = false;  // the entries that refer to it
+  int depth = 1;         // how many references away
   std::string format;
 };
 ExitCode related_command(const RelatedOptions& options, Terminal& terminal);
 
 struct DepositionsOptions {
-  std::string file;
-  std::string identifier;
-  std::string kind;  // empty: all
+  std::string collection;
+  std::string identifier;  // empty: of all entries
+  std::string kind;        // empty: all
+  std::string number;      // empty: all
   std::string format;
 };
 ExitCode depositions_command(const DepositionsOptions& options, Terminal& terminal);
 
+struct StatsOptions {
+  std::string collection;
+  std::string by = "element";
+  std::string svg;  // where a bar chart goes; empty: nowhere
+  std::string format;
+  bool force = false;
+};
+ExitCode stats_command(const StatsOptions& options, Terminal& terminal);
+
 struct VerifyOptions {
-  std::string file;
+  std::string collection;
   std::string output;  // where the rewritten archive is kept; empty: nowhere
+  std::string digest;  // where the digest is kept or compared; empty: nowhere
+  bool force = false;
 };
 ExitCode verify_command(const VerifyOptions& options, Terminal& terminal);
 
@@ -64,6 +86,38 @@ struct DiffOptions {
   std::string format;
 };
 ExitCode diff_command(const DiffOptions& options, Terminal& terminal);
+
+struct ExtractOptions {
+  std::string collection;
+  std::vector<std::string> identifiers;
+  std::string output;
+  std::string into;
+  bool force = false;
+};
+ExitCode extract_command(const ExtractOptions& options, Terminal& terminal);
+
+struct MergeOptions {
+  std::vector<std::string> collections;
+  std::string output;
+  std::string into;
+  std::string on_duplicate;  // empty: refuse
+  bool force = false;
+};
+ExitCode merge_command(const MergeOptions& options, Terminal& terminal);
+
+struct RemoveOptions {
+  std::string collection;
+  std::vector<std::string> identifiers;
+};
+ExitCode remove_command(const RemoveOptions& options, Terminal& terminal);
+
+struct SetOptions {
+  std::string collection;
+  std::string identifier;
+  std::vector<std::string> assignments;  // FIELD=VALUE
+  bool dry_run = false;
+};
+ExitCode set_command(const SetOptions& options, Terminal& terminal);
 
 // The columns that `list` knows, for its help.
 [[nodiscard]] std::vector<std::string> list_columns();

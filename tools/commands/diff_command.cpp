@@ -62,7 +62,7 @@ std::vector<std::string> differing_components(const StoredEntry& first, const St
 }  // namespace
 
 ExitCode diff_command(const DiffOptions& options, Terminal& terminal) {
-  EntryFile first(options.first);
+  EntryFile first(options.first, EntryFile::Access::anywhere);
   std::map<Name, long> offsets;  // of the entries of the first file that have not been met in the second
   std::vector<Name> order;
   Namer first_names;
@@ -71,7 +71,7 @@ ExitCode diff_command(const DiffOptions& options, Terminal& terminal) {
     offsets[order.back()] = first.offset();
   }
 
-  TableOutput table(terminal.out, output_format(options.format, terminal),
+  TableOutput table(terminal, output_format(options.format, terminal),
                     {"identifier", "difference", "components"});
   bool differ = false;
   bool same_order = true;

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 #include <fmt/ostream.h>
 #include <sys/stat.h>
-#include <utilities/archive.h>
 
 #include <algorithm>
 #include <cctype>
@@ -16,6 +15,8 @@
 #include "tools/commands/commands.h"
 #include "tools/files/atomic_file.h"
 #include "tools/files/entry_file.h"
+#include "tools/files/entry_sink.h"
+#include "tools/files/outputs.h"
 #include "tools/output/progress.h"
 #include "tools/output/table_output.h"
 
@@ -79,39 +80,20 @@ std::string contents(const std::string& name) {
   return text;
 }
 
-// The JSON lines of --report; does nothing without a file.
-class Report {
- public:
-  explicit Report(const std::string& name) : name_(name) {
-    if (!name.empty()) file_ = std::make_unique<AtomicFile>(name);
-  }
-
-  void add(const Json& record) {
-    if (file_ == nullptr) return;
-    const std::string line = json_line(record) + "\n";
-    if (std::fwrite(line.data(), 1, line.size(), file_->stream()) != line.size()) {
-      throw system_error(name_, "write", errno);
-    }
-  }
-
-  void commit() {
-    if (file_ != nullptr) file_->commit();
-  }
-
- private:
-  std::string name_;
-  std::unique_ptr<AtomicFile> file_;
-};
-
 class Import {
  public:
   Import(const ImportOptions& options, Terminal& terminal)
       : options_(options),
         terminal_(terminal),
         files_(files_of(options.paths)),
-        progress_(terminal, files_.size(), "files"),
-        report_(options.report) {
-    if (!options.dry_run) output_ = std::make_unique<AtomicFile>(options.output);
+        progress_(terminal, files_.size(), "files") {
+    Outputs outputs(options.force);
+    for (const std::string& file : files_) outputs.read(file);
+    if (!options.dry_run) outputs.written("-o", options.output, FileKind::archive);
+    outputs.written("--report", options.report, FileKind::json);
+    outputs.check();
+    if (!options.report.empty()) report_ = std::make_unique<AtomicFile>(options.report);
+    if (!options.dry_run) output_ = open_archive_sink(options.output, Duplicates::both, options.strict);
   }
 
   ExitCode run() {
@@ -120,19 +102,21 @@ class Import {
       progress_.show(++files_done_);
     }
     progress_.clear();
-    report_.commit();
+    if (report_ != nullptr) report_->commit();
     const bool kept_back = entries_ == 0 || (options_.strict && errors_ + warnings_ > 0);
-    long bytes = 0;
-    if (output_ != nullptr && !kept_back) bytes = output_->commit();
-    fmt::print(terminal_.out, "{} entries from {} files, {} files not imported, {} warnings; {}\n", entries_,
-               files_.size() - errors_, errors_, warnings_, outcome(kept_back, bytes));
+    std::string written;
+    if (output_ != nullptr && !kept_back) written = output_->commit();
+    const bool out_is_taken = options_.output == "-" || options_.report == "-";
+    fmt::print(out_is_taken ? terminal_.messages : terminal_.out,
+               "{} entries from {} files, {} files not imported, {} warnings; {}\n", entries_,
+               files_.size() - errors_, errors_, warnings_, outcome(kept_back, written));
     return errors_ > 0 || kept_back ? ExitCode::problems : ExitCode::done;
   }
 
  private:
-  std::string outcome(bool kept_back, long bytes) const {
+  std::string outcome(bool kept_back, const std::string& written) const {
     if (options_.dry_run) return "nothing is written in a dry run";
-    if (!kept_back) return fmt::format("{} bytes in {}", bytes, options_.output);
+    if (!kept_back) return written;
     return fmt::format("{} is left as it was{}", options_.output, entries_ == 0 ? "" : " (--strict)");
   }
 
@@ -167,9 +151,9 @@ class Import {
     fmt::print(terminal_.messages, "{}{}{}\n", place, place.empty() ? "" : ": error: ", reason);
     if (!hint.empty()) fmt::print(terminal_.messages, "  hint: {}\n", hint);
     Json record = {
-        {"status", "failed"}, {"file", file}, {"line", line}, {"column", column}, {"error", reason}};
+        {"status", "error"}, {"file", file}, {"line", line}, {"column", column}, {"reason", reason}};
     if (!hint.empty()) record["hint"] = hint;
-    report_.add(record);
+    add_to_report(record);
   }
 
   void take(const std::string& file, ImportedEntry& imported) {
@@ -186,19 +170,13 @@ class Import {
       fmt::print(terminal_.messages, "{}{}: warning: data_{}: {}\n", file, line, imported.block,
                  warning.text);
     }
-    if (output_ != nullptr) write(*imported.entry);
+    if (output_ != nullptr) output_->put(*imported.entry, {file, imported.block});
     ++entries_;
-    report_.add(record_of(file, imported));
+    add_to_report(record_of(file, imported));
   }
 
-  void write(const StoredEntry& entry) {
-    errno = 0;
-    try {
-      Archive archive(output_->stream());
-      entry.write(archive);
-    } catch (const ArchiveError&) {
-      throw system_error(options_.output, "write", errno);
-    }
+  void add_to_report(const Json& record) {
+    if (report_ != nullptr) report_->write(json_line(record) + "\n");
   }
 
   static Json record_of(const std::string& file, const ImportedEntry& imported) {
@@ -224,8 +202,8 @@ class Import {
   Terminal& terminal_;
   std::vector<std::string> files_;
   Progress progress_;
-  Report report_;
-  std::unique_ptr<AtomicFile> output_;
+  std::unique_ptr<AtomicFile> report_;
+  std::unique_ptr<EntrySink> output_;
   JournalFinder journals_;
   std::map<std::string, std::string> files_by_identifier_;
   std::size_t files_done_ = 0;

@@ -32,8 +32,7 @@ bool is_called(const Journal& journal, const std::string& name) {
 
 ExitCode journals_command(const JournalsOptions& options, Terminal& terminal) {
   const std::vector<Journal> journals = known_journals();
-  TableOutput table(terminal.out, output_format(options.format, terminal),
-                    {"number", "coden", "state", "name"});
+  TableOutput table(terminal, output_format(options.format, terminal), {"number", "coden", "state", "name"});
   const auto add = [&](const Journal& journal) {
     table.add({journal.coden(), journal.international_coden(), state_text(journal), journal.name()});
   };

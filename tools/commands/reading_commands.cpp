@@ -5,12 +5,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <ostream>
 #include <sstream>
 
 #include "tools/commands/commands.h"
-#include "tools/files/entry_file.h"
+#include "tools/files/collection.h"
 #include "tools/messages/nearest_name.h"
 #include "tools/output/table_output.h"
 
@@ -22,6 +21,7 @@ using TableCell = TableOutput::Cell;
 struct ListColumn {
   const char* name;
   TableCell (*cell)(const StoredEntry&);
+  const char* separator = ", ";
 };
 
 TableCell known(double value) {
@@ -34,7 +34,7 @@ constexpr std::array columns_of_entries = {
     ListColumn{"name", [](const StoredEntry& e) { return TableCell(e.chemical_info()->name); }},
     ListColumn{"synonyms", [](const StoredEntry& e) { return TableCell(e.chemical_info()->synonyms); }},
     ListColumn{"source", [](const StoredEntry& e) { return TableCell(e.chemical_info()->source); }},
-    ListColumn{"authors", [](const StoredEntry& e) { return TableCell(e.publication()->authors); }},
+    ListColumn{"authors", [](const StoredEntry& e) { return TableCell(e.publication()->authors); }, "; "},
     ListColumn{"journal", [](const StoredEntry& e) { return TableCell(e.publication()->journal.name()); }},
     ListColumn{
         "coden",
@@ -91,26 +91,9 @@ std::vector<ListColumn> chosen_columns(const std::string& names) {
 // An empty file is a whole archive, but seldom the one that was meant.
 void note_if_empty(int entry_count, const std::string& file, Terminal& terminal) {
   if (entry_count == 0) {
-    fmt::print(terminal.messages, "dbentry: {}: the file is empty: no entries\n", file);
+    fmt::print(terminal.messages, "dbentry: {}: {}: no entries\n", file == "-" ? "standard input" : file,
+               file == "-" ? "is empty" : "the file is empty");
   }
-}
-
-std::string upper_case(std::string text) {
-  for (char& c : text) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-  return text;
-}
-
-// All kinds of deposition for the empty name, else the kind of that name, in whatever case.
-std::vector<std::pair<DepositionInfo::DepositionType, std::string>> chosen_kinds(const std::string& name) {
-  const auto all = DepositionInfo::deposition_type_text();
-  std::vector<std::pair<DepositionInfo::DepositionType, std::string>> kinds;
-  std::vector<std::string> names;
-  for (const auto& [kind, text] : *all) {
-    names.push_back(text);
-    if (name.empty() || upper_case(name) == upper_case(text)) kinds.emplace_back(kind, text);
-  }
-  if (kinds.empty()) throw ToolError(ExitCode::usage, unknown_name("kind of deposition", name, names));
-  return kinds;
 }
 
 }  // namespace
@@ -132,7 +115,7 @@ ExitCode show_command(const ShowOptions& options, Terminal& terminal) {
     if (format == OutputFormat::json) terminal.out << (shown == 0 ? "[]\n" : "\n]\n");
   };
   try {
-    const int count = for_each_entry(options.file, options.identifiers, [&](const StoredEntry& entry) {
+    const int count = for_each_entry(options.collection, options.identifiers, [&](const StoredEntry& entry) {
       if (format == OutputFormat::text) {
         entry.print(terminal.out);
         terminal.out << '\n';
@@ -142,7 +125,7 @@ ExitCode show_command(const ShowOptions& options, Terminal& terminal) {
       }
       ++shown;
     });
-    note_if_empty(count, options.file, terminal);
+    note_if_empty(count, options.collection, terminal);
   } catch (const ToolError&) {
     finish();
     throw;
@@ -153,47 +136,21 @@ ExitCode show_command(const ShowOptions& options, Terminal& terminal) {
 
 ExitCode list_command(const ListOptions& options, Terminal& terminal) {
   const std::vector<ListColumn> columns = chosen_columns(options.columns);
-  std::vector<std::string> names;
-  for (const ListColumn& column : columns) names.emplace_back(column.name);
+  std::vector<TableOutput::Column> names;
+  for (const ListColumn& column : columns) names.emplace_back(column.name, column.separator);
   const OutputFormat format = output_format(options.format, terminal);
-  TableOutput table(terminal.out, format, names);
+  TableOutput table(terminal, format, names);
   try {
-    const int count = for_each_entry(options.file, {}, [&](const StoredEntry& entry) {
+    const int count = for_each_entry(options.collection, {}, [&](const StoredEntry& entry) {
       std::vector<TableCell> row;
       for (const ListColumn& column : columns) row.push_back(column.cell(entry));
       table.add(row);
     });
-    note_if_empty(count, options.file, terminal);
+    note_if_empty(count, options.collection, terminal);
   } catch (const ToolError&) {
     table.finish();
     throw;
   }
-  table.finish();
-  return ExitCode::done;
-}
-
-ExitCode related_command(const RelatedOptions& options, Terminal& terminal) {
-  TableOutput table(terminal.out, output_format(options.format, terminal), {"identifier"});
-  for_each_entry(options.file, {options.identifier}, [&](const StoredEntry& entry) {
-    std::vector<DatabaseEntryIdentifier> related;
-    entry.cross_reference_info()->cross_related_identifiers(related);
-    for (const DatabaseEntryIdentifier& identifier : related) table.add({identifier.text()});
-  });
-  table.finish();
-  return ExitCode::done;
-}
-
-ExitCode depositions_command(const DepositionsOptions& options, Terminal& terminal) {
-  const auto kinds = chosen_kinds(options.kind);
-  TableOutput table(terminal.out, output_format(options.format, terminal), {"kind", "text", "numbers"});
-  for_each_entry(options.file, {options.identifier}, [&](const StoredEntry& entry) {
-    for (const auto& [kind, name] : kinds) {
-      if (!entry.deposition_info()->has_text(kind)) continue;
-      std::vector<std::string> numbers;
-      entry.deposition_info()->deposition_numbers(kind, numbers);
-      table.add({name, entry.deposition_info()->text(kind), numbers});
-    }
-  });
   table.finish();
   return ExitCode::done;
 }

@@ -14,6 +14,7 @@
 #include <filesystem>
 
 #include "tools/messages/tool_error.h"
+#include "tools/output/standard_output.h"
 
 namespace {
 
@@ -87,13 +88,13 @@ std::string end_of_links(const std::string& path) {
 
 }  // namespace
 
-AtomicFile::AtomicFile(const std::string& target) : name_(target), target_(end_of_links(target)) {
+AtomicFile::AtomicFile(const std::string& target, Streams streams)
+    : name_(target == "-" ? "standard output" : target), target_(target == "-" ? "-" : end_of_links(target)) {
   struct stat old_file = {};
-  const bool replaces = ::stat(target_.c_str(), &old_file) == 0;
+  const bool replaces = target_ != "-" && ::stat(target_.c_str(), &old_file) == 0;
   if (replaces && S_ISDIR(old_file.st_mode)) throw system_error(name_, "write", EISDIR);
-  if (replaces && !S_ISREG(old_file.st_mode)) {
-    stream_ = std::fopen(target_.c_str(), "wb");
-    if (stream_ == nullptr) throw system_error(name_, "write", errno);
+  if (target_ == "-" || (replaces && !S_ISREG(old_file.st_mode))) {
+    open_stream(streams);
     return;
   }
   temporary_ = folder_of(target_) + "/.dbentry-XXXXXX";
@@ -115,14 +116,56 @@ AtomicFile::~AtomicFile() {
   abandon();
 }
 
+void AtomicFile::open_stream(Streams streams) {
+  if (target_ == "-") {
+    const int descriptor = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
+    if (descriptor < 0) throw system_error(name_, "write", errno);
+    stream_ = ::fdopen(descriptor, "wb");
+  } else {
+    stream_ = std::fopen(target_.c_str(), "wb");
+  }
+  if (stream_ == nullptr) throw system_error(name_, "write", errno);
+  if (streams == Streams::direct) return;
+  held_for_ = stream_;
+  stream_ = std::tmpfile();
+  if (stream_ == nullptr) throw system_error("a temporary file for " + name_, "make", errno);
+}
+
+void AtomicFile::write(const std::string& bytes) {
+  errno = 0;
+  if (std::fwrite(bytes.data(), 1, bytes.size(), stream_) != bytes.size()) fail_to_write();
+}
+
+void AtomicFile::fail_to_write() const {
+  if (errno == EPIPE && target_ == "-") throw ClosedPipe();
+  throw system_error(name_, "write", errno);
+}
+
+void AtomicFile::copy_held() {
+  std::rewind(stream_);
+  std::array<char, 1 << 16> buffer;
+  while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), stream_)) {
+    if (std::fwrite(buffer.data(), 1, count, held_for_) != count) fail_to_write();
+  }
+  if (std::ferror(stream_) != 0) throw system_error("the temporary file for " + name_, "read", errno);
+  std::fclose(stream_);
+  stream_ = held_for_;
+  held_for_ = nullptr;
+}
+
 long AtomicFile::commit() {
-  if (std::fflush(stream_) != 0 || std::ferror(stream_) != 0) throw system_error(name_, "write", errno);
+  errno = 0;
+  if (std::fflush(stream_) != 0 || std::ferror(stream_) != 0) fail_to_write();
+  if (held_for_ != nullptr) {
+    copy_held();
+    if (std::fflush(stream_) != 0) fail_to_write();
+  }
   const long size = std::ftell(stream_);
   // Pipes and devices have nothing to be handed to the disk.
   if (!temporary_.empty() && ::fsync(::fileno(stream_)) != 0) throw system_error(name_, "write", errno);
   FILE* const stream = stream_;
   stream_ = nullptr;
-  if (std::fclose(stream) != 0) throw system_error(name_, "write", errno);
+  if (std::fclose(stream) != 0) fail_to_write();
   if (temporary_.empty()) return size;
   const SignalsHeldBack held;
   if (std::rename(temporary_.c_str(), target_.c_str()) != 0) throw system_error(name_, "replace", errno);
@@ -141,6 +184,8 @@ long AtomicFile::commit() {
 void AtomicFile::abandon() noexcept {
   if (stream_ != nullptr) std::fclose(stream_);
   stream_ = nullptr;
+  if (held_for_ != nullptr) std::fclose(held_for_);
+  held_for_ = nullptr;
   if (temporary_.empty()) return;
   const SignalsHeldBack held;
   ::unlink(temporary_.c_str());

@@ -1,20 +1,46 @@
 #include "tools/files/entry_file.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utilities/archive.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <filesystem>
 #include <new>
-#include <set>
+#include <utility>
 
-#include "tools/messages/nearest_name.h"
+#include "tools/files/file_kind.h"
 #include "tools/messages/tool_error.h"
 
-EntryFile::EntryFile(const std::string& name) : name_(name), file_(std::fopen(name.c_str(), "rb")) {
+namespace {
+
+// What it is, and what to do with it, where the file begins like something that is known.
+std::string way_out(const std::string& path) {
+  const FileKind kind = kind_of_file(path);
+  if (kind == FileKind::archive || kind == FileKind::unknown || kind == FileKind::empty) return "";
+  std::string importing;
+  if (kind == FileKind::cif || kind == FileKind::json || kind == FileKind::compressed) {
+    importing = fmt::format("; an archive is made of it by: dbentry import {}{} -o {}", path,
+                            kind == FileKind::json ? " --from json" : "",
+                            std::filesystem::path(path).filename().replace_extension(".dbe").string());
+  }
+  return fmt::format("{}: is {}, not a stored archive{}", path, kind_text(kind), importing);
+}
+
+}  // namespace
+
+EntryFile::EntryFile(const std::string& name, Access access)
+    : name_(name == "-" ? "standard input" : name), path_(name == "-" ? "" : name) {
+  if (path_.empty()) {
+    const int descriptor = ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3);
+    if (descriptor >= 0) file_.reset(::fdopen(descriptor, "rb"));
+  } else {
+    file_.reset(std::fopen(path_.c_str(), "rb"));
+  }
   if (file_ == nullptr) throw system_error(name_, "open", errno);
   struct stat status = {};
   if (::fstat(::fileno(file_.get()), &status) == 0 && S_ISDIR(status.st_mode)) {
@@ -22,6 +48,29 @@ EntryFile::EntryFile(const std::string& name) : name_(name), file_(std::fopen(na
         ExitCode::cannot_open,
         fmt::format("{}: is a folder; a stored archive is wanted (dbentry import makes one)", name_));
   }
+  if (access == Access::anywhere && std::ftell(file_.get()) < 0) put_aside();
+}
+
+void EntryFile::put_aside() {
+  std::unique_ptr<FILE, CloseFile> copy(std::tmpfile());
+  if (copy == nullptr) throw system_error("a temporary file for " + name_, "make", errno);
+  std::array<char, 1 << 16> buffer;
+  while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), file_.get())) {
+    if (std::fwrite(buffer.data(), 1, count, copy.get()) != count)
+      throw system_error("the temporary file for " + name_, "write", errno);
+  }
+  if (std::ferror(file_.get()) != 0) throw system_error(name_, "read", errno);
+  std::rewind(copy.get());
+  file_ = std::move(copy);
+}
+
+ToolError EntryFile::damage(const std::string& reason, const StoredEntry& entry) const {
+  if (number_ == 1 && !path_.empty()) {
+    if (const std::string other = way_out(path_); !other.empty()) return {ExitCode::cannot_open, other};
+  }
+  return {ExitCode::damaged,
+          fmt::format("{}: {} at offset {} is damaged: {} (reading had come to offset {})", name_,
+                      entry_name(number_, identifier_of(entry)), offset_, reason, end())};
 }
 
 THandle<StoredEntry> EntryFile::next() {
@@ -48,11 +97,7 @@ THandle<StoredEntry> EntryFile::next() {
     reason = error.what();
   }
   if (std::ferror(file_.get()) != 0) throw system_error(name_, "read", errno);
-  if (!reason.empty()) {
-    throw ToolError(ExitCode::damaged,
-                    fmt::format("{}: {} at offset {} is damaged: {} (reading had come to offset {})", name_,
-                                entry_name(number_, identifier_of(*entry)), offset_, reason, end()));
-  }
+  if (!reason.empty()) throw damage(reason, *entry);
   return entry;
 }
 
@@ -96,24 +141,4 @@ std::string entry_name(int number, const std::string& identifier) {
       '?');
   if (identifier.size() > longest) shown += "...";
   return shown.empty() ? fmt::format("entry {}", number) : fmt::format("entry {} ({})", number, shown);
-}
-
-int for_each_entry(const std::string& file, const std::vector<std::string>& wanted,
-                   const std::function<void(const StoredEntry&)>& take) {
-  std::vector<std::string> present;
-  std::set<std::string> missing(wanted.begin(), wanted.end());
-  const std::set<std::string> asked = missing;
-  EntryFile entries(file);
-  for (auto entry = entries.next(); !entry.is_null(); entry = entries.next()) {
-    const std::string identifier = identifier_of(*entry);
-    if (!asked.empty()) present.push_back(identifier);
-    missing.erase(identifier);
-    if (asked.empty() || asked.count(identifier) != 0) take(*entry);
-  }
-  if (missing.empty()) return entries.number();
-  std::vector<std::string> sentences;
-  for (const std::string& identifier : missing) {
-    sentences.push_back(fmt::format("{}: {}", file, unknown_name("identifier", identifier, present)));
-  }
-  throw ToolError(ExitCode::not_found, fmt::format("{}", fmt::join(sentences, "\n")));
 }

@@ -4,25 +4,29 @@
 //   EntryFile file("structures.dbe");
 //   while (const auto entry = file.next()) entry->print(std::cout);
 //
-// Fails: ToolError. Exit code 4 when the file cannot be opened or read, 5 when the stored data are damaged:
-// the message then names the entry by its number and, when that has been read, its identifier, the offset and
-// the reason.
+// Fails: ToolError. Exit code 4 when the file cannot be opened or read, or holds something else (a CIF): the
+// message then says how an archive is made of it. 5 when the stored data are damaged: the message names the
+// entry by its number and, when that has been read, its identifier, the offset and the reason.
 #pragma once
 
 #include <database_entry/entries/crystal_structure_immediate_database_entry.h>
 #include <utilities/t_handle.h>
 
 #include <cstdio>
-#include <functional>
 #include <memory>
 #include <string>
-#include <vector>
+
+#include "tools/messages/tool_error.h"
 
 using StoredEntry = CrystalStructureImmediateDatabaseEntry;
 
 class EntryFile {
  public:
-  explicit EntryFile(const std::string& name);
+  // Who goes back needs the second: what comes through a pipe is then put into a temporary file first.
+  enum class Access { forward, anywhere };
+
+  // "-" is standard input.
+  explicit EntryFile(const std::string& name, Access access = Access::forward);
 
   // The next entry, or a null handle at the end.
   [[nodiscard]] THandle<StoredEntry> next();
@@ -33,7 +37,7 @@ class EntryFile {
   [[nodiscard]] long offset() const { return offset_; }
   [[nodiscard]] long end() const;
 
-  // The bytes that stand in [begin, end) of the file. For files only, not for pipes.
+  // The bytes in [begin, end) of the file. With Access::anywhere only, as go_to().
   [[nodiscard]] std::string bytes(long begin, long end) const;
   // Goes back to an offset at which an entry starts; the numbers of entries count on.
   void go_to(long offset);
@@ -43,7 +47,11 @@ class EntryFile {
     void operator()(FILE* file) const { std::fclose(file); }
   };
 
+  void put_aside();
+  [[nodiscard]] ToolError damage(const std::string& reason, const StoredEntry& entry) const;
+
   std::string name_;
+  std::string path_;  // empty for standard input
   std::unique_ptr<FILE, CloseFile> file_;
   int number_ = 0;
   long offset_ = 0;
@@ -58,9 +66,3 @@ class EntryFile {
 // "entry 12 (C1010588)", or "entry 12" without an identifier. Long or unprintable identifiers are shortened
 // and masked, so that a message never carries a damaged file with it.
 [[nodiscard]] std::string entry_name(int number, const std::string& identifier);
-
-// Calls `take` for every entry in the file whose identifier is among `wanted`, or for all when it is empty.
-// Throws ToolError, exit code 3, after the last entry when some were not found, naming them all and the
-// identifier nearest to each. Gives the number of entries in the file.
-int for_each_entry(const std::string& file, const std::vector<std::string>& wanted,
-                   const std::function<void(const StoredEntry&)>& take);

@@ -20,7 +20,11 @@ Progress::~Progress() {
 void Progress::show(std::size_t done) {
   if (!terminal_.messages_are_terminal || Clock::now() < next_update_) return;
   next_update_ = Clock::now() + shortest_interval;
-  fmt::print(terminal_.messages, "\r{}/{} {}", done, total_, what_);
+  if (total_ == 0) {
+    fmt::print(terminal_.messages, "\r{} {}", done, what_);
+  } else {
+    fmt::print(terminal_.messages, "\r{}/{} {}", done, total_, what_);
+  }
   terminal_.messages.flush();
   line_stands_ = true;
 }

@@ -15,6 +15,7 @@
 
 class Progress {
  public:
+  // A total of 0 is one that is not known: "17 entries".
   Progress(Terminal& terminal, std::size_t total, const std::string& what);
   ~Progress();
   Progress(const Progress&) = delete;

@@ -1,4 +1,4 @@
-#include "tools/files/entry_file.h"
+#include "tools/files/collection.h"
 
 #include <gmock/gmock.h>
 

@@ -1,0 +1,179 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tools/program.h"
+#include "tools/temporary_folder.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+const std::string archive = SAMPLES_FOLDER "/cross_references.dbe";
+const std::string one = contents_of_file(archive);
+
+Outcome run(const std::vector<std::string>& arguments) {
+  return Program(arguments).run();
+}
+
+// The same entry under another identifier of as many letters.
+std::string named(const std::string& identifier) {
+  std::string other = one;
+  return other.replace(other.find("ABCDEF01"), 8, identifier);
+}
+
+// The same identifier, another formula.
+std::string changed() {
+  std::string other = one;
+  return other.replace(other.find("C6 H12"), 6, "C6 H14");
+}
+
+TEST(Extract, CopiesTheBytesOfTheEntriesThatWereNamedInTheirOrder) {
+  const TemporaryFolder folder;
+  const std::string all = folder.with("all.dbe", one + named("ABCDEF02") + named("ABCDEF03"));
+  const Outcome result = run({"extract", all, "ABCDEF03", "ABCDEF01", "-o", folder.file("x.dbe")});
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.out, "2 entries; 1490 bytes in " + folder.file("x.dbe") + "\n");
+  EXPECT_EQ(contents_of_file(folder.file("x.dbe")), one + named("ABCDEF03"));
+}
+
+TEST(Extract, WritesNothingWhenAnEntryIsMissing) {
+  const TemporaryFolder folder;
+  const Outcome result = run({"extract", archive, "ABCDEF01", "ABCDEF10", "-o", folder.file("x.dbe")});
+  EXPECT_EQ(result.code, 3);
+  EXPECT_EQ(folder.file_count(), 0U);
+}
+
+TEST(Extract, WantsToKnowWhatAndWhere) {
+  EXPECT_EQ(run({"extract", archive, "ABCDEF01"}).messages,
+            "dbentry: extract: -o FILE says where the entries go\n");
+  EXPECT_EQ(run({"extract", archive, "-o", "x"}).messages,
+            "dbentry: extract: which entries? Name at least one identifier\n");
+}
+
+TEST(Merge, RefusesTwoEntriesOfOneNameThatDiffer) {
+  const TemporaryFolder folder;
+  const std::string other = folder.with("b.dbe", changed());
+  const Outcome result = run({"merge", archive, other, "-o", folder.file("x.dbe")});
+  EXPECT_EQ(result.code, 1);
+  EXPECT_THAT(result.messages, StartsWith(other + ": error: another entry ABCDEF01 was there before; "));
+  EXPECT_EQ(result.out, "1 entry refused; " + folder.file("x.dbe") + " is left as it was\n");
+  EXPECT_EQ(folder.file_count(), 1U);
+}
+
+struct MergeCase {
+  const char* rule;
+  std::string bytes;
+  const char* out;
+};
+
+class Merge : public testing::TestWithParam<MergeCase> {};
+
+TEST_P(Merge, KeepsOrReplacesInPlace) {
+  const TemporaryFolder folder;
+  const std::string first = folder.with("a.dbe", one + named("ABCDEF02"));
+  const std::string second = folder.with("b.dbe", changed() + named("ABCDEF02") + named("ABCDEF03"));
+  const std::string output = folder.file("x.dbe");
+  const Outcome result = run({"merge", first, second, "-o", output, "--on-duplicate", GetParam().rule});
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.out, GetParam().out + output + "\n");
+  EXPECT_EQ(contents_of_file(output), GetParam().bytes);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rules, Merge,
+    testing::Values(MergeCase{"keep", one + named("ABCDEF02") + named("ABCDEF03"),
+                              "3 entries added, 1 the same again, 0 replaced, 1 not taken; 2235 bytes in "},
+                    MergeCase{"replace", changed() + named("ABCDEF02") + named("ABCDEF03"),
+                              "3 entries added, 1 the same again, 1 replaced, 0 not taken; 2235 bytes in "}));
+
+TEST(Merge, GoesToStandardOutputAsWell) {
+  const TemporaryFolder folder;
+  const std::string other = folder.with("b.dbe", changed());
+  const Outcome result = run({"merge", archive, other, "-o", "-", "--on-duplicate", "replace"});
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.out, changed());
+}
+
+TEST(Remove, TakesEntriesOutAndLeavesTheBytesOfTheOthers) {
+  const TemporaryFolder folder;
+  const std::string all = folder.with("all.dbe", one + named("ABCDEF02") + named("ABCDEF03"));
+  const Outcome result = run({"remove", all, "ABCDEF02"});
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(result.out, "1 entry removed from " + all + "\n");
+  EXPECT_EQ(contents_of_file(all), one + named("ABCDEF03"));
+}
+
+TEST(Remove, ChangesNothingWhenAnEntryIsMissing) {
+  const TemporaryFolder folder;
+  const std::string all = folder.with("all.dbe", one + named("ABCDEF02"));
+  const Outcome result = run({"remove", all, "ABCDEF02", "NOBODY"});
+  EXPECT_EQ(result.code, 3);
+  EXPECT_EQ(contents_of_file(all), one + named("ABCDEF02"));
+  EXPECT_EQ(folder.file_count(), 1U);
+}
+
+// ---- References
+
+// A refers to ABCDEF, GHIJKL02 and X1234567; so that references can be followed, one of them is there.
+TEST(Related, FollowsReferencesInBothDirections) {
+  const TemporaryFolder folder;
+  const std::string all = folder.with("all.dbe", one + named("X1234567"));
+  EXPECT_EQ(run({"related", all, "ABCDEF01", "--depth", "2"}).out,
+            "ABCDEF\t1\tABCDEF01\nGHIJKL02\t1\tABCDEF01\nX1234567\t1\tABCDEF01\n");
+  EXPECT_EQ(run({"related", all, "X1234567", "--reverse"}).out, "ABCDEF01\n");
+  EXPECT_EQ(run({"related", all, "ABCDEF", "--reverse", "--depth", "2"}).out,
+            "ABCDEF01\t1\tABCDEF\nX1234567\t1\tABCDEF\n");
+  EXPECT_EQ(run({"related", all, "NOBODY", "--reverse"}).code, 3);
+}
+
+TEST(Depositions, AreFoundByTheirNumberInAllEntries) {
+  EXPECT_EQ(run({"depositions", archive, "--number", "654321"}).out,
+            "ABCDEF01\tVORN\tVORN 123456 and VORN 654321\t123456, 654321\n");
+  const Outcome result = run({"depositions", archive, "--number", "654322"});
+  EXPECT_EQ(result.code, 3);
+  EXPECT_THAT(result.messages, HasSubstr("unknown deposition number '654322'; did you mean '654321'?"));
+}
+
+// ---- Digests
+
+TEST(Verify, KeepsADigestThatOthersReadAndComparesIt) {
+  const TemporaryFolder folder;
+  const std::string path = folder.with("x.dbe", one);
+  const std::string digest = folder.file("x.sha256");
+  EXPECT_EQ(run({"verify", path, "--digest", digest}).code, 0);
+  EXPECT_EQ(std::system(("sha256sum --check --status " + digest).c_str()), 0);
+  EXPECT_THAT(run({"verify", path, "--digest", digest}).out, HasSubstr("\nthe same as in " + digest + "\n"));
+  folder.with("x.dbe", changed());
+  const Outcome result = run({"verify", path, "--digest", digest});
+  EXPECT_EQ(result.code, 5);
+  EXPECT_THAT(result.messages, HasSubstr("not the bytes of the digest in " + digest));
+  EXPECT_EQ(run({"verify", path, "--digest", digest, "--force"}).code, 0);
+  EXPECT_EQ(run({"verify", path, "--digest", digest}).code, 0);
+}
+
+// ---- The collection that is left out
+
+TEST(Collection, MayBeLeftOutWhereTheEnvironmentNamesOne) {
+  const auto with_environment = [](const std::vector<std::string>& arguments) {
+    return Program(arguments).with_variable("DBENTRY_COLLECTION", archive).run();
+  };
+  const std::string related = "ABCDEF\nGHIJKL02\nX1234567\n";
+  EXPECT_EQ(with_environment({"related", "ABCDEF01"}).out, related);
+  EXPECT_EQ(with_environment({"related", archive, "ABCDEF01"}).out, related);
+  EXPECT_EQ(with_environment({"list", "-c", "identifier"}).out, "ABCDEF01\n");
+  EXPECT_EQ(with_environment({"show", "ABCDEF01"}).code, 0);
+  EXPECT_EQ(with_environment({"list", "nowhere.dbe"}).code, 4);
+  EXPECT_THAT(run({"list"}).messages, HasSubstr("list: which collection?"));
+}
+
+// ---- Help
+
+TEST(Help, IsACommandToo) {
+  EXPECT_EQ(run({"help", "list"}).out, run({"list", "--help"}).out);
+  EXPECT_EQ(run({"help"}).out, run({"--help"}).out);
+  EXPECT_EQ(run({"help", "lsit"}).messages, "dbentry: unknown command 'lsit'; did you mean 'list'?\n");
+  EXPECT_EQ(run({"-V"}).out, run({"--version"}).out);
+}
+
+}  // namespace
