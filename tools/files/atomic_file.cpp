@@ -13,6 +13,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "tools/files/end_of_links.h"
 #include "tools/messages/tool_error.h"
 #include "tools/output/standard_output.h"
 
@@ -77,13 +78,6 @@ mode_t permissions_of_new_files() {
 std::string folder_of(const std::string& path) {
   const std::string folder = std::filesystem::path(path).parent_path().string();
   return folder.empty() ? "." : folder;
-}
-
-// The end of all symbolic links, also where nothing stands there yet.
-std::string end_of_links(const std::string& path) {
-  std::error_code error;
-  const auto resolved = std::filesystem::weakly_canonical(path, error);
-  return error ? path : resolved.string();
 }
 
 }  // namespace

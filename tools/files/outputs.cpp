@@ -4,11 +4,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <filesystem>
 #include <map>
 #include <optional>
 #include <utility>
 
+#include "tools/files/end_of_links.h"
 #include "tools/messages/tool_error.h"
 
 namespace {
@@ -22,14 +22,6 @@ std::optional<FileNumber> regular_file(const std::string& path, int standard_str
   const int failed = path == "-" ? ::fstat(standard_stream, &status) : ::stat(path.c_str(), &status);
   if (failed != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
   return FileNumber(status.st_dev, status.st_ino);
-}
-
-// The place that a name that is still free stands for.
-std::string place_of(const std::string& path) {
-  if (path == "-") return path;
-  std::error_code error;
-  const auto place = std::filesystem::weakly_canonical(path, error);
-  return error ? path : place.string();
 }
 
 bool is_character_device(const std::string& path) {
@@ -64,7 +56,7 @@ void Outputs::check() const {
     }
     const Output* twin = nullptr;
     if (number && !numbers.emplace(*number, &output).second) twin = numbers[*number];
-    const std::string place = place_of(output.path);
+    const std::string place = output.path == "-" ? "-" : end_of_links(output.path);
     if (!places.emplace(place, &output).second && !is_character_device(output.path)) twin = places[place];
     if (twin != nullptr) {
       throw ToolError(ExitCode::usage, fmt::format("{} and {} {} are the same file: choose two names", name,

@@ -1,7 +1,6 @@
-#include "tools/files/collection.h"
-
 #include <gmock/gmock.h>
 
+#include "tools/files/collection.h"
 #include "tools/messages/tool_error.h"
 #include "tools/temporary_folder.h"
 
