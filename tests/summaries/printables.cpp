@@ -1,6 +1,7 @@
 #include "printables.h"
 
 #include <database_entry/database_entry.h>
+#include <utilities/test_suite_helpers.h>
 
 #include "support/bytes.h"
 
@@ -83,8 +84,8 @@ Pieces chemical_info_pieces() {
   Pieces pieces = {"formula: ",
                    "C27 H46 O",
                    ", name: cholesterol",
-                   ", bioactivity: lipid, conformer: chair, source: gallstones, peptide_sequence: Gly-Ala, "
-                   "isomer: 3-beta, classifiers: ",
+                   ", bioactivity: lipid, conformer: chair, source: gallstones",
+                   ", peptide_sequence: Gly-Ala, isomer: 3-beta, classifiers: ",
                    0,
                    ": Steroid\t",
                    1,
@@ -104,9 +105,9 @@ const Pieces crystal_info_pieces = {
     1234.5,
     ", Z': ",
     0.125,
-    ", color: red, habit: needle, analogues: ABCDEF, melting_point: 371 K, notes: twinned, "
-    "phase_transitions: at 90 K, polymorph: form II, sensitivity: light, recrystallisation_solvent: water, "
-    "disorder_details: C7, other_cell_details: reduced cell",
+    ", color: red, habit: needle, analogues: ABCDEF, melting_point: 371 K, notes: twinned",
+    ", phase_transitions: at 90 K, polymorph: form II, sensitivity: light",
+    ", recrystallisation_solvent: water, disorder_details: C7, other_cell_details: reduced cell",
     FlushedLineEnd()};
 
 Range<double, DoubleComparator> sigma() {
@@ -243,6 +244,8 @@ Printable streamed(const char* label, const Value& value, const Pieces& pieces) 
 const std::vector<Printable>& printables() {
   static const std::vector<Printable> all = {
       printable("identifier", DatabaseEntryIdentifier("ABCDEF01"), {"ABCDEF01"}),
+      {"checked number", [](std::ostream& os) { TestSuiteHelpers::output_value(os, 1255); }, {1255}},
+      {"checked length", [](std::ostream& os) { TestSuiteHelpers::output_value(os, 1255.5); }, {1255.5}},
       printable("date", Date(2003, 5, 17), {"2003-05-17"}),
       printable("cell", cell(), cell_pieces),
       printable("crystal maker", crystal_maker(), crystal_maker_pieces),
