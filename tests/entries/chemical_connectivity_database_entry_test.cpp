@@ -3,6 +3,8 @@
 
 #include <type_traits>
 
+#include "support/all_bytes.h"
+
 namespace {
 
 using Entry = ChemicalConnectivityDatabaseEntry;
@@ -59,6 +61,72 @@ TEST(ConnectivityEntry, TakesTheFileNameOfAQueryApart) {
     EXPECT_EQ(entry.identifier, DatabaseEntryIdentifier(each.identifier)) << each.reason;
     EXPECT_EQ(entry.name, each.name) << each.reason;
   }
+}
+
+// "5 x" + byte + ".qdx": the places of a file name that take more than one byte.
+struct Place {
+  const char* before;
+  const char* after;
+  std::string bytes;
+  const char* reason;
+};
+
+const Place places[] = {
+    {"", "5 x.qdx", ascii::digits + ".", "the number in front of a name begins"},
+    {"5", "6 x.qdx", ascii::digits + ".", "and goes on"},
+    {"5", "x.qdx", ascii::white_space, "white space between number and name"},
+    {"5 x", "y.qdx", ascii::letters + ascii::digits + "-(),.", "the name"},
+    {"5 x", "qdx", ".", "a dot in front of the ending"},
+    {"5 x.", "dx", "q", "the ending"},
+};
+
+TEST(ConnectivityEntry, TakesOnlyAsciiAtEachPlaceOfAFileName) {
+  for (const Place& place : places) {
+    const auto is_taken_apart = [&](char byte) {
+      Entry entry = named("old");
+      entry.set_identifier(DatabaseEntryIdentifier(place.before + std::string(1, byte) + place.after));
+      return entry.name != "old";
+    };
+    EXPECT_EQ(accepted(is_taken_apart), by_value(place.bytes)) << place.reason;
+  }
+}
+
+const Place nameless_places[] = {
+    {"", "5ab.qdx", ascii::digits + ".", "the number begins"},
+    {"5", "b.qdx", ascii::digits + "." + ascii::letters, "number or letters"},
+    {"5a", ".qdx", ascii::letters, "the letters"},
+};
+
+TEST(ConnectivityEntry, TakesOnlyAsciiAtEachPlaceOfAFileNameWithoutAName) {
+  for (const Place& place : nameless_places) {
+    const auto is_cut = [&](char byte) {
+      Entry entry = named("old");
+      const std::string text = place.before + std::string(1, byte) + place.after;
+      entry.set_identifier(DatabaseEntryIdentifier(text));
+      return entry.identifier.text() + ".qdx" == text;
+    };
+    EXPECT_EQ(accepted(is_cut), by_value(place.bytes)) << place.reason;
+  }
+}
+
+TEST(ConnectivityEntry, TakesAnyByteButALineFeedBeforeTheEndingOfOne) {
+  const auto is_cut = [](char byte) {
+    Entry entry = named("old");
+    entry.set_identifier(DatabaseEntryIdentifier("5a" + std::string(1, byte) + "qdx"));
+    return entry.identifier.text() == "5a";
+  };
+  std::string expected = all_bytes();
+  expected.erase(expected.find('\n'), 1);
+  EXPECT_EQ(accepted(is_cut), expected);
+}
+
+TEST(ConnectivityEntry, KeepsATextWithANulWhole) {
+  using namespace std::string_literals;
+  const std::string text = "7\0a.qdx"s;
+  Entry entry = named("old");
+  entry.set_identifier(DatabaseEntryIdentifier(text));
+  EXPECT_EQ(entry.identifier, DatabaseEntryIdentifier(text));
+  EXPECT_EQ(entry.name, "old");
 }
 
 TEST(ConnectivityEntry, KeepsItsConnectivity) {

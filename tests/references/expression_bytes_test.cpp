@@ -7,38 +7,13 @@
 #include <string>
 #include <vector>
 
+#include "support/all_bytes.h"
+
 namespace {
 
 using Texts = std::vector<std::string>;
+using namespace ascii;
 using namespace std::string_literals;
-
-// All 256 bytes.
-std::string all_bytes() {
-  std::string bytes;
-  for (int value = 0; value < 256; ++value) bytes += static_cast<char>(value);
-  return bytes;
-}
-
-const std::string capitals = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
-const std::string small_letters = "abcdefghijklmnopqrstuvwxyz";
-const std::string letters = capitals + small_letters;
-const std::string digits = "0123456789";
-const std::string white_space = " \t\n\v\f\r";
-
-// The bytes, by value, for which `accepts(byte)` holds.
-template <class Accepts>
-std::string accepted(const Accepts& accepts) {
-  std::string bytes;
-  for (const char byte : all_bytes()) {
-    if (accepts(byte)) bytes += byte;
-  }
-  return bytes;
-}
-
-std::string by_value(std::string bytes) {
-  const std::string all = bytes;
-  return accepted([&](char byte) { return all.find(byte) != std::string::npos; });
-}
 
 // The code of a kind with one place left open: "VORN" + byte + "7".
 struct Place {

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 #include <utilities/trim.h>
 
+#include "support/all_bytes.h"
+
 namespace {
 
 struct TrimCase {
@@ -24,6 +26,22 @@ TEST(Trim, CutsTheCharactersOfTheSetAtBothEndsOnly) {
 
 TEST(Trim, TreatsANulAsAnyOtherCharacter) {
   EXPECT_EQ(trim(std::string(" \0 ", 3), " "), std::string("\0", 1));
+}
+
+TEST(Trim, CutsTheCharactersOfTheSetAndNoOtherByte) {
+  const auto is_cut = [](char byte) {
+    return trim(std::string(1, byte) + "x" + std::string(1, byte), " \t") == "x";
+  };
+  EXPECT_EQ(accepted(is_cut), by_value(" \t"));
+}
+
+TEST(Trim, TakesASetOfAnyByte) {
+  const auto is_cut = [](char byte) {
+    const std::string set(1, byte);
+    const std::string other(1, static_cast<char>(byte ^ 1));
+    return trim(set + set + other + set, set) == other;
+  };
+  EXPECT_EQ(accepted(is_cut), all_bytes());
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include <iostream>
 #include <sstream>
 
+#include "support/streams.h"
+
 namespace {
 
 // What the log was set to before any test.
@@ -34,6 +36,15 @@ TEST_F(VORNLogTest, WritesTheLineAndEndsIt) {
   VORNLog::start_debug_line(1) << "text";
   VORNLog::end_debug_line();
   EXPECT_EQ(log.str(), "text\n");
+}
+
+TEST_F(VORNLogTest, FlushesTheLineWhenItEnds) {
+  NotedStream log;
+  VORNLog::set_stream(log);
+  VORNLog::start_debug_line(1) << "text";
+  EXPECT_TRUE(log.flushes().empty());
+  VORNLog::end_debug_line();
+  EXPECT_EQ(log.flushes(), std::vector<std::size_t>{5});
 }
 
 TEST_F(VORNLogTest, IsActiveBetweenTheTwoLevels) {
