@@ -85,6 +85,17 @@ TEST(CrossReferenceInfo, IsEqualBySizeAndElements) {
   EXPECT_FALSE(info == info_with({reference(1, "x"), reference(2, "z")}));
 }
 
+TEST(CrossReferenceInfo, IsNotEqualBecauseItPrintsAlike) {
+  const CrossReferenceInfo two = info_with({reference(1, "a"), reference(1, "b")});
+  const CrossReferenceInfo one = info_with({reference(1, "a type: 1text: b")});
+  EXPECT_EQ(printed(two), printed(one));
+  EXPECT_FALSE(two == one);
+}
+
+TEST(CrossReferenceInfo, HoldsTextsThatDifferBeyondANul) {
+  EXPECT_EQ(info_with({reference(1, {"a\0b", 3}), reference(1, {"a\0c", 3})}).size(), 2U);
+}
+
 TEST(CrossReferenceInfo, PrintsEachReferenceWithABlankBehindIt) {
   EXPECT_EQ(printed(CrossReferenceInfo()), "Cross References: ");
   EXPECT_EQ(printed(info_with({reference(3, "x")})), "Cross References: type: 3text: x ");

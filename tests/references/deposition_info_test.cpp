@@ -198,6 +198,15 @@ TEST(DepositionInfo, IsEqualByTypesAndTextsInOrder) {
                info_with({{0, "a"}, {6, "b"}}));
 }
 
+TEST(DepositionInfo, IsNotEqualBecauseItPrintsAlike) {
+  EXPECT_EQ(printed(info_with({{0, "a"}, {0, "b"}})), printed(info_with({{0, "a\t1: 0: b"}})));
+  EXPECT_FALSE(info_with({{0, "a"}, {0, "b"}}) == info_with({{0, "a\t1: 0: b"}}));
+}
+
+TEST(DepositionInfo, ComparesTextsBeyondANul) {
+  EXPECT_FALSE(info_with({{0, {"a\0b", 3}}}) == info_with({{0, {"a\0c", 3}}}));
+}
+
 TEST(DepositionInfo, IsArchivedAsItsCountAndItsPairs) {
   const DepositionInfo info = info_with({{6, "R77"}, {0, "VORN 1"}});
   const std::string stored = bytes(int32(2), int32(0), text("VORN 1"), int32(6), text("R77"));
