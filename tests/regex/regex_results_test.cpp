@@ -74,6 +74,34 @@ TEST(RegexResults, AreEmptyAfterASearchThatFindsNothing) {
   EXPECT_FALSE(results.match(0).matched());
 }
 
+TEST(RegexResults, KeepNothingOfTheLastMatchWhateverSearchFails) {
+  const struct {
+    const char* reason;
+    bool (*search)(RegexResults&);
+  } searches[] = {
+      {"no match", [](RegexResults& results) { return Regex("x").search("ab", results, 0); }},
+      {"in no text", [](RegexResults& results) { return Regex("x").search("", results, 0); }},
+      {"from a position", [](RegexResults& r) { return Regex("a").search_from_position("ab", 1, r, 0); }},
+      {"after the text", [](RegexResults& r) { return Regex("").search_from_position("ab", 3, r, 0); }},
+      {"by a pattern", [](RegexResults& results) { return Regex::search("x", "ab", results, 0); }},
+      {"nearly", [](RegexResults& results) { return Regex("(a)(b)(c)").search("ab", results, 0); }},
+  };
+  for (const char* const earlier : {"(a)(b)", "()", "(z)?$"}) {
+    for (const auto& each : searches) {
+      RegexResults results;
+      ASSERT_TRUE(Regex(earlier).search("ab", results, 0));
+      EXPECT_FALSE(each.search(results)) << each.reason;
+      EXPECT_EQ(results.size(), 0U) << each.reason;
+      EXPECT_FALSE(results.empty_match()) << each.reason;
+      for (const unsigned int index : {0U, 1U, 2U}) {
+        EXPECT_FALSE(results.match(index).matched()) << each.reason;
+        EXPECT_EQ(results.match(index).str(), "") << each.reason;
+        EXPECT_EQ(results.match(index).end_offset(), 0U) << each.reason;
+      }
+    }
+  }
+}
+
 TEST(RegexResults, KnowAnEmptyMatch) {
   RegexResults results;
   ASSERT_TRUE(Regex("z?").search("abc", results, 0));
