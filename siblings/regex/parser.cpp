@@ -36,6 +36,13 @@ ByteSet any_of(std::string_view bytes) {
   return set;
 }
 
+// The lowest byte of a set that is not empty.
+std::size_t first_of(const ByteSet& set) {
+  std::size_t byte = 0;
+  while (!set[byte]) ++byte;
+  return byte;
+}
+
 // What an escaped letter stands for; the empty set where it stands for nothing.
 ByteSet escaped_letter(char letter) {
   switch (letter) {
@@ -361,8 +368,8 @@ class Parser {
     if (first.count() != 1 || last.count() != 1) {
       fail(offset, "a range in a class needs one byte at each end; write \\- for the byte itself");
     }
-    const std::size_t lower = first._Find_first();
-    const std::size_t upper = last._Find_first();
+    const std::size_t lower = first_of(first);
+    const std::size_t upper = first_of(last);
     if (lower > upper) fail(offset, "the range in the class is in the wrong order");
     return range(static_cast<char>(lower), static_cast<char>(upper));
   }

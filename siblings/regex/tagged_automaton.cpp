@@ -59,7 +59,7 @@ class AutomatonBuilder {
   struct State {
     std::size_t first_thread;  // into thread_instructions_; their tags are in thread_tags_ alike
     std::size_t threads;
-    std::size_t hash;
+    std::uint64_t hash;
     bool may_start;      // no match has been found, so that later attempts matter
     bool at_text_start;  // only where that matters: the text may end here too, and ^ after $ still hold
     Recipe match;        // none where no thread has matched
@@ -85,7 +85,8 @@ class AutomatonBuilder {
     for (const ByteSet& set : program_.sets) borders |= set ^ (set << 1);
     borders.set(0);
     std::vector<std::size_t> stretches;
-    for (std::size_t byte = 0; byte < 256; byte = borders._Find_next(byte)) stretches.push_back(byte);
+    for (std::size_t byte = 0; byte < borders.size(); ++byte)
+      if (borders[byte]) stretches.push_back(byte);
 
     std::vector<std::size_t> classes(stretches.size(), 0);
     std::size_t count = 1;
@@ -121,7 +122,7 @@ class AutomatonBuilder {
     may_start = may_start && !threads.matched();
     if (threads.empty()) return dead;
 
-    const std::size_t hash = hash_of(threads);
+    const std::uint64_t hash = hash_of(threads);
     for (std::uint32_t index = 0; index < states_.size(); ++index) {
       const State& state = states_[index];
       if (state.hash == hash && state.may_start == may_start && state.at_text_start == at_text_start &&
@@ -148,9 +149,9 @@ class AutomatonBuilder {
     if (moves_.size() > TaggedAutomaton::most_registers) too_large_ = true;
   }
 
-  std::size_t hash_of(const ThreadList& threads) const {
-    std::size_t hash = 0;
-    const auto add = [&hash](std::size_t value) { hash = (hash ^ value) * 0x9E3779B97F4A7C15U; };
+  std::uint64_t hash_of(const ThreadList& threads) const {
+    std::uint64_t hash = 0;
+    const auto add = [&hash](std::uint64_t value) { hash = (hash ^ value) * 0x9E3779B97F4A7C15U; };
     for (std::size_t thread = 0; thread < threads.size(); ++thread) {
       add(threads.instruction(thread));
       for (std::uint32_t tag = 0; tag < program_.plan.tags; ++tag) add(threads.tags(thread)[tag]);
@@ -172,7 +173,7 @@ class AutomatonBuilder {
     return true;
   }
 
-  std::uint32_t add_state(const ThreadList& threads, bool may_start, bool at_text_start, std::size_t hash) {
+  std::uint32_t add_state(const ThreadList& threads, bool may_start, bool at_text_start, std::uint64_t hash) {
     states_.push_back(
         {thread_instructions_.size(), threads.size(), hash, may_start, at_text_start, recipe(threads)});
     for (std::size_t thread = 0; thread < threads.size(); ++thread) {

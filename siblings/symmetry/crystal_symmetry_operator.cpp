@@ -3,6 +3,8 @@
 
 #include <charconv>
 #include <cmath>
+#include <locale>
+#include <sstream>
 #include <stdexcept>
 #include <string_view>
 
@@ -70,14 +72,45 @@ class TripletReader {
 
   double read_decimal() {
     skip_blanks();
-    double value = 0.0;
-    const char* const start = text_.data() + position_;
-    const auto [end, error] =
-        std::from_chars(start, text_.data() + text_.size(), value, std::chars_format::fixed);
-    if (error != std::errc() || *start == '-' || !(value < most)) {
-      fail("a number below 1000 is missing");
+    std::size_t end = position_;
+    const auto skip_digits = [&] {
+      const std::size_t first = end;
+      while (end < text_.size() && is_digit(text_[end])) ++end;
+      return end - first;
+    };
+    const std::size_t before_point = skip_digits();
+    std::size_t after_point = 0;
+    if (end < text_.size() && text_[end] == '.') {
+      ++end;
+      after_point = skip_digits();
     }
-    position_ = static_cast<std::size_t>(end - text_.data());
+    const std::string_view number = std::string_view(text_).substr(position_, end - position_);
+    const double value = before_point + after_point == 0 ? most : decimal_value(number, after_point);
+    const bool is_too_small = value == 0.0 && number.find_first_not_of("0.") != number.npos;
+    if (!(value < most) || is_too_small) fail("a number below 1000 is missing");
+    position_ = end;
+    return value;
+  }
+
+  // The double nearest to a number of digits, `decimals` of them after its point.
+  static double decimal_value(std::string_view number, std::size_t decimals) {
+    constexpr std::size_t exact_digits = 15;
+    if (number.size() <= exact_digits) {  // both are exact as doubles, so that their quotient is the nearest
+      double digits = 0.0;
+      for (const char character : number)
+        if (character != '.') digits = 10.0 * digits + (character - '0');
+      double power = 1.0;
+      for (std::size_t decimal = 0; decimal < decimals; ++decimal) power *= 10.0;
+      return digits / power;
+    }
+    double value = 0.0;
+#ifdef __cpp_lib_to_chars
+    std::from_chars(number.data(), number.data() + number.size(), value, std::chars_format::fixed);
+#else  // a standard library without from_chars for doubles
+    std::istringstream stream{std::string(number)};
+    stream.imbue(std::locale::classic());
+    stream >> value;
+#endif
     return value;
   }
 

@@ -18,8 +18,15 @@ namespace archiving {
 
 inline constexpr std::size_t short_text = 16;
 
-// Any string has sixteen bytes from data() on, and holds a text of fifteen in itself.
-static_assert(std::string().capacity() >= short_text - 1, "short texts need another way with this library");
+// Whether any string has sixteen bytes from data() on, and holds a text of fifteen in itself. The build
+// probes for it; no standard promises it.
+#ifdef DATABASE_ENTRY_STRING_LAYOUT
+inline constexpr bool strings_hold_short_texts = true;
+static_assert(sizeof(std::string) == sizeof(char*) + sizeof(std::size_t) + short_text,
+              "a string is a pointer, a length, and sixteen bytes of its own");
+#else
+inline constexpr bool strings_hold_short_texts = false;
+#endif
 
 // The length of a text of `length` bytes up to its first NUL, where sixteen bytes can be looked at. Two words
 // are compared at once instead of calling strnlen.
@@ -38,9 +45,19 @@ inline std::size_t length_to_nul(const char* sixteen_bytes, std::size_t length) 
 
 // The text of `length` bytes, fewer than sixteen, up to its first NUL. Sixteen bytes can be looked at.
 inline void assign_short(std::string& text, const char* sixteen_bytes, std::size_t length) {
-  std::destroy_at(&text);
-  std::construct_at(&text, sixteen_bytes, short_text - 1);  // in the string itself: cannot throw
-  text.erase(length_to_nul(sixteen_bytes, length));
+  if constexpr (strings_hold_short_texts) {
+    std::destroy_at(&text);
+    std::construct_at(&text, sixteen_bytes, short_text - 1);  // in the string itself: cannot throw
+    text.erase(length_to_nul(sixteen_bytes, length));
+  } else {
+    text.assign(sixteen_bytes, length_to_nul(sixteen_bytes, length));
+  }
+}
+
+// The length of a text of `length` bytes up to its first NUL.
+inline std::size_t length_to_nul_anywhere(const char* bytes, std::size_t length) {
+  const void* const nul = length == 0 ? nullptr : std::memchr(bytes, 0, length);
+  return nul == nullptr ? length : static_cast<std::size_t>(static_cast<const char*>(nul) - bytes);
 }
 
 // memcpy for a text, without a call where it is short; never a byte more than `size`.

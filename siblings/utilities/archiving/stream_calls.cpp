@@ -1,9 +1,9 @@
-#include <sys/types.h>
 #include <utilities/archiving/short_text.h>
 #include <utilities/archiving/stream_calls.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <system_error>
 
 namespace archiving {
@@ -28,10 +28,13 @@ std::size_t read_whole(FILE* stream, char* into, std::size_t count) {
 
 std::string place(const Archive& archive, std::size_t bytes_since) {
   std::string text;
-  const off_t position = ftello(archive.stream());
-  if (position >= static_cast<off_t>(bytes_since)) {
-    text += " at offset " + std::to_string(position - static_cast<off_t>(bytes_since));
-  }
+#ifdef DATABASE_ENTRY_LONG_OFFSETS
+  const std::int64_t position = ftello(archive.stream());
+#else
+  const std::int64_t position = std::ftell(archive.stream());
+#endif
+  const auto since = static_cast<std::int64_t>(bytes_since);
+  if (position >= since) text += " at offset " + std::to_string(position - since);
   if (archive.component() != nullptr) {
     text += " (";
     text += archive.component();
@@ -73,14 +76,14 @@ ReadWindow read_long_text(const Archive& archive, ReadWindow window, std::string
   }
   const auto size = static_cast<std::size_t>(length);
   if (size <= window.size()) {
-    text.assign(window.next, strnlen(window.next, size));
+    text.assign(window.next, length_to_nul_anywhere(window.next, size));
     window.next += size;
     return window;
   }
   char short_bytes[256];
   if (size <= sizeof short_bytes) {
     const std::size_t got = read_whole(stream, short_bytes, size);
-    text.assign(short_bytes, strnlen(short_bytes, got));
+    text.assign(short_bytes, length_to_nul_anywhere(short_bytes, got));
     return read_window(stream);
   }
   std::string bytes;
@@ -92,7 +95,7 @@ ReadWindow read_long_text(const Archive& archive, ReadWindow window, std::string
     got += came;
     if (got < bytes.size()) break;
   }
-  text.assign(bytes.data(), strnlen(bytes.data(), got));
+  text.assign(bytes.data(), length_to_nul_anywhere(bytes.data(), got));
   return read_window(stream);
 }
 

@@ -39,9 +39,10 @@ class WriteCursor : Cursor<WriteWindow> {
   template <ScalarOrArray... T>
   void write_text(const std::string& text, const T&... before) {
     const std::size_t size = text.size();
-    if (size <= short_text && window_.loose_size() >= space_for_short_text<T..., unsigned int>) [[likely]] {
+    if (strings_hold_short_texts && size <= short_text &&
+        window_.loose_size() >= space_for_short_text<T..., unsigned int>) [[likely]] {
       window_.next = encode_all(window_.next, before..., static_cast<unsigned int>(size));
-      // A string has sixteen bytes to look at, however short it is: in itself or on the free store.
+      // A string has sixteen bytes to look at, however short it is.
       std::memcpy(window_.next, text.data(), short_text);
       window_.next += size;
     } else if (window_.size() >= Items<T..., unsigned int>::size + size) {

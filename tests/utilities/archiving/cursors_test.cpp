@@ -304,6 +304,12 @@ TEST(ReadCursor, ReadsATextLongerThanAnyBuffer) {
   EXPECT_EQ(next, 9);
 }
 
+TEST(ShortText, IsHeldInTheStringItselfWhereTheBuildSaysSo) {
+  if (archiving::strings_hold_short_texts) {
+    EXPECT_GE(std::string().capacity(), archiving::short_text - 1);
+  }
+}
+
 TEST(ReadCursor, RefusesNegativeLengthsWithTheirPlace) {
   struct Case {
     int length;
