@@ -72,13 +72,13 @@ struct NotingMaker : CrystalMaker {
 // The sample entry with a crystal maker that notes, whose cell notes too; and the same cell as its own.
 CrystalStructureImmediateDatabaseEntry entry_with_noting_model(Names& notes) {
   const auto sample = sample_entry();
-  const THandle<Cell> cell(new NotingCell(*sample.cell(), notes));
-  const CrystalMaker maker(cell, sample.crystal_maker()->atoms());
-  return CrystalStructureImmediateDatabaseEntry(
-      sample.identifier(), THandle<CrystalMaker>(new NotingMaker(maker, notes)), cell, sample.publication(),
-      sample.experimental_info(), sample.editors_info(), sample.chemical_info(), sample.crystal_info(),
-      sample.chemical_diagram(), sample.connectivity_info(), {}, {}, {}, sample.cross_reference_info(),
-      sample.deposition_info(), {}, {});
+  ComponentHandles handles;
+  for_each_component([&](auto component) { handles[component] = component.get(sample); });
+  auto& maker = handles[component_row<ComponentKind::crystal_maker>];
+  auto& cell = handles[component_row<ComponentKind::cell>];
+  cell = THandle<Cell>(new NotingCell(*cell, notes));
+  maker = THandle<CrystalMaker>(new NotingMaker(CrystalMaker(cell, maker->atoms()), notes));
+  return CrystalStructureImmediateDatabaseEntry::from(sample.identifier(), handles);
 }
 
 TEST(AskedComponents, WriteThemselvesOnceEach) {

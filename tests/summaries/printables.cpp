@@ -1,6 +1,7 @@
 #include "printables.h"
 
 #include <database_entry/database_entry.h>
+#include <database_entry/entries/components.h>
 #include <utilities/test_suite_helpers.h>
 
 #include "support/bytes.h"
@@ -20,8 +21,12 @@ Pieces operator+(Pieces left, const Pieces& right) {
 const std::string name = "C1";
 const THandle<Atom> atom = handle_to(Atom{name, "C", {0.1, 0.2, 0.3}, 0.5});
 
-// Numbers from 1000 on, and fractions, so that every format shows.
-Cell cell() {
+// A record with something in every field: numbers from 1000 on, and fractions, so that every format shows.
+template <class Record>
+Record filled();
+
+template <>
+Cell filled<Cell>() {
   return {1234.5,
           11.25,
           12.0,
@@ -46,14 +51,16 @@ const Pieces cell_pieces = {"a: ",
                             ", symmetry operators: ",
                             std::size_t{12}};
 
-CrystalMaker crystal_maker() {
-  return CrystalMaker(handle_to(cell()), std::vector<THandle<Atom>>(1001, atom));
+template <>
+CrystalMaker filled<CrystalMaker>() {
+  return CrystalMaker(handle_to(filled<Cell>()), std::vector<THandle<Atom>>(1001, atom));
 }
 
 const Pieces crystal_maker_pieces =
     Pieces{"cell: "} + cell_pieces + Pieces{", atoms: ", std::size_t{1001}, FlushedLineEnd()};
 
-ChemicalDiagram chemical_diagram() {
+template <>
+ChemicalDiagram filled<ChemicalDiagram>() {
   ChemicalDiagram diagram;
   diagram.atoms.resize(1010);
   diagram.bonds.resize(17);
@@ -63,7 +70,8 @@ ChemicalDiagram chemical_diagram() {
 const Pieces chemical_diagram_pieces = {"diagram atoms: ", std::size_t{1010},
                                         ", diagram bonds: ", std::size_t{17}, FlushedLineEnd()};
 
-ConnectivityInfo connectivity_info() {
+template <>
+ConnectivityInfo filled<ConnectivityInfo>() {
   Connectivity connectivity;
   connectivity.atoms.resize(1011);
   connectivity.bonds.resize(18);
@@ -73,7 +81,8 @@ ConnectivityInfo connectivity_info() {
 const Pieces connectivity_info_pieces = {"atoms: ", std::size_t{1011}, ", bonds: ", std::size_t{18},
                                          FlushedLineEnd()};
 
-ChemicalInfo chemical_info() {
+template <>
+ChemicalInfo filled<ChemicalInfo>() {
   return ChemicalInfo(
       "C27 H46 O", "cholesterol", "lipid", "chair", "gallstones", "Gly-Ala", "3-beta",
       std::vector<ChemicalClassification>(2, ChemicalClassification(ChemicalClassification::steroid)),
@@ -95,7 +104,8 @@ Pieces chemical_info_pieces() {
   return pieces + Pieces{FlushedLineEnd()};
 }
 
-CrystalInfo crystal_info() {
+template <>
+CrystalInfo filled<CrystalInfo>() {
   return CrystalInfo(1234.5, 0.125, "red", "needle", "ABCDEF", "371 K", "twinned", "at 90 K", "form II",
                      "light", "water", "C7", "reduced cell");
 }
@@ -116,7 +126,8 @@ Range<double, DoubleComparator> sigma() {
 
 const Pieces sigma_pieces = {1, 2, 0.001, 1500.5};
 
-ExperimentalInfo experimental_info() {
+template <>
+ExperimentalInfo filled<ExperimentalInfo>() {
   return ExperimentalInfo(1295.5, "hot", "1 GPa", 1.25, 1.5, 0.045, sigma(), ExperimentalInfo::neutron,
                           "reactor", true, "weak", ExperimentalInfo::powder_study, "riding H",
                           ExperimentalInfo::diffractometer);
@@ -142,7 +153,8 @@ const Pieces experimental_info_pieces =
            ", refinement details: riding H, intensity method: ",
            3};
 
-EditorsInfo editors_info() {
+template <>
+EditorsInfo filled<EditorsInfo>() {
   return EditorsInfo(Date(2003, 5, 17), Date(2011, 12, 31), EditorsInfo::full_structure, 1000.4, "OLDREF",
                      EditorsInfo::inapplicable, "as published", 12345, "memo", "remarks",
                      EditorsInfo::received_correction, EditorsInfo::valency_errors_ignored);
@@ -164,7 +176,8 @@ const Pieces editors_info_pieces = {"accession date: ",
                                     ", ignored errors: ",
                                     1};
 
-Publication publication() {
+template <>
+Publication filled<Publication>() {
   return Publication({"A.B.Smith", "C.Jones"}, Journal(4), "101", 1979, "2345");
 }
 
@@ -175,7 +188,8 @@ DatabaseCrossReference isomer(const std::string& text) {
   return DatabaseCrossReference(DatabaseCrossReference::isomer, text);
 }
 
-CrossReferenceInfo cross_reference_info() {
+template <>
+CrossReferenceInfo filled<CrossReferenceInfo>() {
   CrossReferenceInfo info;
   info.insert(isomer("[GHIJKL]"));
   info.insert(isomer("[ABCDEF]"));
@@ -185,7 +199,8 @@ CrossReferenceInfo cross_reference_info() {
 const Pieces cross_reference_info_pieces = {"Cross References: ", "type: ", 3, "text: [ABCDEF] ", "type: ", 3,
                                             "text: [GHIJKL] "};
 
-DepositionInfo deposition_info() {
+template <>
+DepositionInfo filled<DepositionInfo>() {
   DepositionInfo info;
   for (int count = 0; count < 11; ++count) info.set_text(DepositionInfo::mrv_refcode, "x");
   return info;
@@ -198,12 +213,12 @@ Pieces deposition_info_pieces() {
 }
 
 CrystalStructureImmediateDatabaseEntry entry() {
-  return CrystalStructureImmediateDatabaseEntry(
-      DatabaseEntryIdentifier("ABCDEF"), handle_to(crystal_maker()), handle_to(cell()),
-      handle_to(publication()), handle_to(experimental_info()), handle_to(editors_info()),
-      handle_to(chemical_info()), handle_to(crystal_info()), handle_to(chemical_diagram()),
-      handle_to(connectivity_info()), {}, {}, {}, handle_to(cross_reference_info()),
-      handle_to(deposition_info()), {}, {});
+  ComponentHandles handles;
+  for_each_component([&](auto component) {
+    using Type = typename decltype(component)::Type;
+    if constexpr (component.printed) handles[component] = handle_to(filled<Type>());
+  });
+  return CrystalStructureImmediateDatabaseEntry::from(DatabaseEntryIdentifier("ABCDEF"), handles);
 }
 
 Pieces entry_pieces() {
@@ -219,7 +234,7 @@ Pieces entry_pieces() {
 // Everything but the crystal maker is missing.
 CrystalStructureImmediateDatabaseEntry bare_entry() {
   return CrystalStructureImmediateDatabaseEntry(DatabaseEntryIdentifier("ABCDEF"),
-                                                handle_to(crystal_maker()));
+                                                handle_to(filled<CrystalMaker>()));
 }
 
 const Pieces missing_pieces = {
@@ -247,31 +262,31 @@ const std::vector<Printable>& printables() {
       {"checked number", [](std::ostream& os) { TestSuiteHelpers::output_value(os, 1255); }, {1255}},
       {"checked length", [](std::ostream& os) { TestSuiteHelpers::output_value(os, 1255.5); }, {1255.5}},
       printable("date", Date(2003, 5, 17), {"2003-05-17"}),
-      printable("cell", cell(), cell_pieces),
-      printable("crystal maker", crystal_maker(), crystal_maker_pieces),
-      printable("chemical diagram", chemical_diagram(), chemical_diagram_pieces),
-      printable("connectivity info", connectivity_info(), connectivity_info_pieces),
+      printable("cell", filled<Cell>(), cell_pieces),
+      printable("crystal maker", filled<CrystalMaker>(), crystal_maker_pieces),
+      printable("chemical diagram", filled<ChemicalDiagram>(), chemical_diagram_pieces),
+      printable("connectivity info", filled<ConnectivityInfo>(), connectivity_info_pieces),
       printable("chemical classification", ChemicalClassification(ChemicalClassification::terpene),
                 {"Terpene"}),
-      printable("chemical info", chemical_info(), chemical_info_pieces()),
-      printable("crystal info", crystal_info(), crystal_info_pieces),
+      printable("chemical info", filled<ChemicalInfo>(), chemical_info_pieces()),
+      printable("crystal info", filled<CrystalInfo>(), crystal_info_pieces),
       streamed("limit condition", RangeLimit::unbounded, {2}),
       streamed("range", sigma(), sigma_pieces),
-      printable("experimental info", experimental_info(), experimental_info_pieces),
-      printable("editors info", editors_info(), editors_info_pieces),
+      printable("experimental info", filled<ExperimentalInfo>(), experimental_info_pieces),
+      printable("editors info", filled<EditorsInfo>(), editors_info_pieces),
       printable("journal", Journal(4), {"J.Am.Chem.Soc."}),
-      printable("publication", publication(), publication_pieces),
+      printable("publication", filled<Publication>(), publication_pieces),
       printable("publication without authors", Publication({}, Journal(4), "101", 1979, "2345"),
                 {"J.Am.Chem.Soc.", ", 101, 2345, ", 1979, FlushedLineEnd()}),
       printable("cross-reference", isomer("x"), {"type: ", 3, "text: x"}),
-      printable("cross-references", cross_reference_info(), cross_reference_info_pieces),
+      printable("cross-references", filled<CrossReferenceInfo>(), cross_reference_info_pieces),
       streamed("deposition", DepositionInfo::Deposition(DepositionInfo::mrv_refcode, "x"), {11, ": x"}),
-      printable("depositions", deposition_info(), deposition_info_pieces()),
+      printable("depositions", filled<DepositionInfo>(), deposition_info_pieces()),
       printable("entry", entry(), entry_pieces()),
       printable("entry of a crystal maker alone", bare_entry(),
                 Pieces{"identifier: ", "ABCDEF\ncrystal maker:\n"} + crystal_maker_pieces + missing_pieces),
       streamed("null component", THandle<ChemicalInfo>(), {"<zero handle>"}),
-      streamed("component", handle_to(publication()), publication_pieces),
+      streamed("component", handle_to(filled<Publication>()), publication_pieces),
   };
   return all;
 }
