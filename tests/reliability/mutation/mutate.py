@@ -34,14 +34,16 @@ RELIABILITY = ["reliability_test --gtest_filter=-Everything/Damaged.EveryByteTak
 # What is changed, and the programs that must notice, the quickest first.
 ROOMS = {
     "siblings/utilities": ["utilities_test", "foundations_test", "chemistry_test", *RECORDS, "references_test",
-                           "entries_test", *RELIABILITY],
+                           "entries_test", "summaries_test", *RELIABILITY],
     "siblings/regex": ["regex_test --gtest_filter=-SmallPatterns.*", "references_test",
                        "regex_test --gtest_filter=SmallPatterns.*", "reliability_test --gtest_filter=OutOfMemory*",
                        "small_stack"],
-    "database_entry/foundations": ["foundations_test", *RECORDS, "references_test", "entries_test", *RELIABILITY],
-    "database_entry/records": [*RECORDS, "entries_test", *RELIABILITY],
-    "database_entry/references": ["references_test", "entries_test", "search_flags_test", *RELIABILITY],
-    "database_entry/entries": ["entries_test", "search_flags_test", "checks_test", *RELIABILITY],
+    "database_entry/foundations": ["foundations_test", *RECORDS, "summaries_test", "references_test", "entries_test",
+                                   *RELIABILITY],
+    "database_entry/records": [*RECORDS, "summaries_test", "entries_test", *RELIABILITY],
+    "database_entry/references": ["references_test", "summaries_test", "entries_test", "search_flags_test",
+                                  *RELIABILITY],
+    "database_entry/entries": ["entries_test", "summaries_test", "search_flags_test", "checks_test", *RELIABILITY],
     "database_entry/checks": ["checks_test"],
 }
 
