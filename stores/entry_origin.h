@@ -10,9 +10,9 @@
 #include <string>
 
 struct EntryOrigin {
-  std::string file;    // empty for an entry that came from no file
-  std::string block;   // the data block within it
-  std::string sha256;  // of the file: 64 hexadecimal digits, or empty
+  std::string file = {};    // empty for an entry that came from no file
+  std::string block = {};   // the data block within it
+  std::string sha256 = {};  // of the file: 64 hexadecimal digits, or empty
   // Seconds since 1970-01-01T00:00:00Z at which it was stored; 0 is "now" in put().
   std::int64_t stored_at = 0;
 
