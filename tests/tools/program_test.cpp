@@ -83,7 +83,12 @@ INSTANTIATE_TEST_SUITE_P(
             {"list", archive, "--colums", "a"},
             2,
             "dbentry: The following arguments were not expected: a --colums; did you mean '--columns'?\n"},
-        UsageCase{{"show", archive, "-f", "csv"}, 2, "dbentry: show: the formats are text, json and jsonl\n"},
+        UsageCase{{"show", archive, "-f", "xml"},
+                  2,
+                  "dbentry: show: unknown format 'xml'; known are: pretty, text, json, jsonl\n"},
+        UsageCase{{"stats", archive, "--by", "yaer"},
+                  2,
+                  "dbentry: unknown question 'yaer'; did you mean 'year'?\n"},
         UsageCase{{"depositions", archive, "ABCDEF01", "--kind", "russain"},
                   2,
                   "dbentry: unknown kind of deposition 'russain'; did you mean 'RUSSIAN'?\n"},
@@ -163,6 +168,39 @@ struct OutputCase {
   const char* out;
 };
 
+// The entry of the sample as people read it.
+constexpr const char* pretty_sample =
+    "ABCDEF01\n"
+    "cell\n"
+    "  a                   5.64 Å\n"
+    "  b                   5.64 Å\n"
+    "  c                   5.64 Å\n"
+    "  alpha               90 °\n"
+    "  beta                90 °\n"
+    "  gamma               90 °\n"
+    "  volume              179.406 Å³\n"
+    "  symmetry operators  x,y,z\n"
+    "publication\n"
+    "  authors                      A.Author; B.Author\n"
+    "  journal coden                4\n"
+    "  journal international coden  JACSAT\n"
+    "  journal name                 J.Am.Chem.Soc.\n"
+    "  volume                       101\n"
+    "  year                         1979\n"
+    "  page                         2345\n"
+    "chemical info\n"
+    "  formula      C6 H12 O6\n"
+    "  name         an invented sugar\n"
+    "  classifiers  Carbohydrate\n"
+    "cross reference info\n"
+    "    type             text                              identifiers\n"
+    "    RACEMATE         Racemate of [ABCDEF], [GHIJKL02]  ABCDEF; GHIJKL02\n"
+    "    COORDINATES_SEE  Coordinates in [X1234567]         X1234567\n"
+    "deposition info\n"
+    "    kind                text                         numbers\n"
+    "    IUCR Coeditor Code  IUCr AB1234                  AB1234\n"
+    "    VORN                VORN 123456 and VORN 654321  123456; 654321\n";
+
 class Output : public testing::TestWithParam<OutputCase> {};
 
 TEST_P(Output, IsExact) {
@@ -192,6 +230,11 @@ INSTANTIATE_TEST_SUITE_P(
                    SAMPLES_FOLDER
                    "/cross_references.dbe: 1 entries, 745 bytes, rewritten byte for byte\nSHA-256 "
                    "474c71cf491a11ee2ffbc442969947747c40d8852de50084bbf4ee25831d6d92\n"},
+        OutputCase{{"show", archive, "-f", "pretty"}, pretty_sample},
+        OutputCase{{"stats", archive}, "C\t1\nH\t1\nO\t1\n"},
+        OutputCase{{"stats", archive, "--by", "year"}, "1979\t1\n"},
+        OutputCase{{"stats", archive, "--by", "journal"}, "J.Am.Chem.Soc.\t1\n"},
+        OutputCase{{"stats", archive, "--by", "author"}, "Author\t1\n"},
         OutputCase{{"diff", archive, archive}, ""}));
 
 TEST(Verify, NamesTheFirstByteThatIsRewrittenDifferently) {
@@ -225,21 +268,23 @@ TEST(Verify, NamesTheEntryThatIsDamaged) {
                          std::to_string(bytes.size()) + " is damaged: "));
 }
 
-TEST(Diff, NamesTheComponentsThatDiffer) {
+TEST(Diff, NamesTheFieldsThatDifferWithBothValues) {
   const TemporaryFolder folder;
   std::string other = contents_of_file(archive);
   other.replace(other.find("C6 H12"), 6, "C6 H14");
   other.replace(other.find("A.Author"), 8, "X.Author");
   const Outcome result = run({"diff", archive, folder.with("x.dbe", other)});
   EXPECT_EQ(result.code, 1);
-  EXPECT_EQ(result.out, "ABCDEF01\tdiffers\tpublication, chemical info\n");
+  EXPECT_EQ(result.out,
+            "ABCDEF01\tdiffers\tpublication.authors\tA.Author, B.Author\tX.Author, B.Author\n"
+            "ABCDEF01\tdiffers\tchemical_info.formula\tC6 H12 O6\tC6 H14 O6\n");
 }
 
 TEST(Diff, NamesTheEntriesOfOneFileOnly) {
   const TemporaryFolder folder;
   const Outcome result = run({"diff", archive, folder.with("x.dbe", "")});
   EXPECT_EQ(result.code, 1);
-  EXPECT_EQ(result.out, "ABCDEF01\tonly in the first file\t\n");
+  EXPECT_EQ(result.out, "ABCDEF01\tonly in the first\t\t\t\n");
 }
 
 TEST(Diff, TellsThatOnlyTheOrderDiffers) {

@@ -45,6 +45,7 @@ class CommandLine {
     add_extract();
     add_merge();
     add_remove();
+    add_stats();
     add_help();
   }
 
@@ -178,7 +179,10 @@ class CommandLine {
                         [this] { take_collection("show", {&show_.collection}, &show_.identifiers); });
     add_collection(app, show_.collection);
     add_identifiers(app, show_.identifiers, "Identifiers (default: all entries)");
-    app->add_option("-f,--format", show_.format, "text, json or jsonl (default: text)")->type_name("FORMAT");
+    app->add_option("-f,--format", show_.format,
+                    "pretty, text (the library's own summary), json or jsonl (default: pretty on a "
+                    "terminal, otherwise text)")
+        ->type_name("FORMAT");
   }
 
   void add_list() {
@@ -242,6 +246,18 @@ class CommandLine {
         ->type_name("KIND");
     app->add_option("--number", depositions_.number, "Only the codes with this number")->type_name("TEXT");
     add_format(app, depositions_.format);
+  }
+
+  void add_stats() {
+    CLI::App* app = add("stats", "Count entries by element, year, journal, space group or author", stats_,
+                        stats_command, [this] { take_collection("stats", {&stats_.collection}, nullptr); });
+    add_collection(app, stats_.collection);
+    app->add_option("--by", stats_.by,
+                    fmt::format("{} (default: element)", fmt::join(stats_questions(), ", ")))
+        ->type_name("WHAT");
+    app->add_option("--svg", stats_.svg, "Draw a bar chart into this file as well")->type_name("FILE");
+    add_format(app, stats_.format);
+    add_force(app, stats_.force);
   }
 
   void add_verify() {
@@ -313,6 +329,7 @@ class CommandLine {
   ExtractOptions extract_;
   MergeOptions merge_;
   RemoveOptions remove_;
+  StatsOptions stats_;
   std::vector<std::string> help_about_;
   std::vector<std::string> arguments_;
   std::function<ExitCode()> command_;

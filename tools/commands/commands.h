@@ -119,5 +119,6 @@ struct SetOptions {
 };
 ExitCode set_command(const SetOptions& options, Terminal& terminal);
 
-// The columns that `list` knows, for its help.
+// What `stats` can be asked, and the columns that `list` knows, for their help.
+[[nodiscard]] std::vector<std::string> stats_questions();
 [[nodiscard]] std::vector<std::string> list_columns();

@@ -7,10 +7,12 @@
 #include <array>
 #include <ostream>
 #include <sstream>
+#include <utility>
 
 #include "tools/commands/commands.h"
 #include "tools/files/collection.h"
 #include "tools/messages/nearest_name.h"
+#include "tools/output/pretty_entry.h"
 #include "tools/output/table_output.h"
 
 namespace {
@@ -104,25 +106,56 @@ std::vector<std::string> list_columns() {
   return names;
 }
 
-ExitCode show_command(const ShowOptions& options, Terminal& terminal) {
-  // What stands in a summary is fixed: no table could hold it.
-  const OutputFormat format = output_format(options.format.empty() ? "text" : options.format, terminal);
-  if (format == OutputFormat::table || format == OutputFormat::csv) {
-    throw ToolError(ExitCode::usage, "show: the formats are text, json and jsonl");
+namespace {
+
+enum class ShowFormat { pretty, text, json, jsonl };
+
+// The empty name means what people like to read where a person watches, and the library's own summary
+// otherwise.
+ShowFormat show_format(const std::string& name, const Terminal& terminal) {
+  static const std::vector<std::pair<std::string, ShowFormat>> formats = {{"pretty", ShowFormat::pretty},
+                                                                          {"text", ShowFormat::text},
+                                                                          {"json", ShowFormat::json},
+                                                                          {"jsonl", ShowFormat::jsonl}};
+  if (name.empty()) return terminal.out_is_terminal ? ShowFormat::pretty : ShowFormat::text;
+  std::vector<std::string> names;
+  for (const auto& [known, format] : formats) {
+    if (known == name) return format;
+    names.push_back(known);
   }
+  throw ToolError(ExitCode::usage, "show: " + unknown_name("format", name, names));
+}
+
+void show_entry(const StoredEntry& entry, ShowFormat format, bool is_first, Terminal& terminal) {
+  switch (format) {
+    case ShowFormat::pretty:
+      if (!is_first) terminal.out << '\n';
+      print_pretty(terminal.out, entry, terminal.columns);
+      break;
+    case ShowFormat::text:
+      entry.print(terminal.out);
+      terminal.out << '\n';
+      break;
+    case ShowFormat::json:
+      terminal.out << (is_first ? "[\n" : ",\n") << json_line(entry_json(entry));
+      break;
+    case ShowFormat::jsonl:
+      terminal.out << json_line(entry_json(entry)) << '\n';
+      break;
+  }
+}
+
+}  // namespace
+
+ExitCode show_command(const ShowOptions& options, Terminal& terminal) {
+  const ShowFormat format = show_format(options.format, terminal);
   std::size_t shown = 0;
   const auto finish = [&] {
-    if (format == OutputFormat::json) terminal.out << (shown == 0 ? "[]\n" : "\n]\n");
+    if (format == ShowFormat::json) terminal.out << (shown == 0 ? "[]\n" : "\n]\n");
   };
   try {
     const int count = for_each_entry(options.collection, options.identifiers, [&](const StoredEntry& entry) {
-      if (format == OutputFormat::text) {
-        entry.print(terminal.out);
-        terminal.out << '\n';
-      } else {
-        if (format == OutputFormat::json) terminal.out << (shown == 0 ? "[\n" : ",\n");
-        terminal.out << json_line(entry_json(entry)) << (format == OutputFormat::jsonl ? "\n" : "");
-      }
+      show_entry(entry, format, shown == 0, terminal);
       ++shown;
     });
     note_if_empty(count, options.collection, terminal);

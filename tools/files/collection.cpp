@@ -56,6 +56,10 @@ int for_each_entry(const std::string& place, const std::vector<std::string>& wan
   return entries.number();
 }
 
+void for_each_columns(const std::string& place, const std::function<void(const EntryColumns&)>& take) {
+  for_each_entry(place, {}, [&](const StoredEntry& entry) { take(entry_columns(entry, {})); });
+}
+
 void change_entries(const std::string& place, const std::vector<std::string>& wanted,
                     const EntryChange& change) {
   if (place == "-") {

@@ -3,6 +3,8 @@
 //   for_each_entry("structures.dbe", {}, [](const StoredEntry& entry) { entry.print(std::cout); });
 #pragma once
 
+#include <stores/entry_columns.h>
+
 #include <functional>
 #include <string>
 #include <vector>
@@ -14,6 +16,9 @@
 // identifier nearest to each. Gives the number of entries in the collection.
 int for_each_entry(const std::string& place, const std::vector<std::string>& wanted,
                    const std::function<void(const StoredEntry&)>& take);
+
+// Calls `take` with what each entry can be found by.
+void for_each_columns(const std::string& place, const std::function<void(const EntryColumns&)>& take);
 
 // What becomes of an entry: itself, another one in its place, or, for a null handle, nothing.
 using EntryChange = std::function<THandle<StoredEntry>(const THandle<StoredEntry>&)>;
