@@ -20,6 +20,8 @@ struct TextRecord {
   std::size_t texts;
   Make make;
 };
+template <class Make>
+TextRecord(const char*, std::size_t, Make) -> TextRecord<Make>;
 
 // Calls `check` with each kind of record.
 template <class Check>
