@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <stores/entry_columns.h>
 
+#include <cmath>
 #include <limits>
 #include <set>
 #include <string>
@@ -34,6 +35,26 @@ TEST(EntryColumns, TakeCellFormulaAndPublication) {
   EXPECT_THAT(columns.names, ElementsAre("one", "two"));
   EXPECT_THAT(columns.depositions, ElementsAre("VORN 7", "7"));
   EXPECT_THAT(columns.related, ElementsAre("GHIJKL"));
+}
+
+TEST(EntryColumns, TakeTheReducedCellAndTheSpaceGroup) {
+  const auto operators = handle_to(std::vector<CrystalSymmetryOperator>{
+      CrystalSymmetryOperator(), CrystalSymmetryOperator("-x,-y,-z"),
+      CrystalSymmetryOperator("1/2+x,1/2+y,1/2+z"), CrystalSymmetryOperator("1/2-x,1/2-y,1/2-z")});
+  const CrystalStructureImmediateDatabaseEntry entry(
+      DatabaseEntryIdentifier("X"), handle_to(CrystalMaker(handle_to(Cell(4, 4, 4, 90, 90, 90, operators)))));
+  const EntryColumns columns = columns_of(entry);
+  EXPECT_EQ(columns.space_group, 2);
+  ASSERT_TRUE(columns.reduced_a && columns.reduced_gamma && columns.reduced_volume);
+  EXPECT_NEAR(*columns.reduced_a, std::sqrt(12.0), 1e-9);
+  EXPECT_NEAR(*columns.reduced_gamma, 109.47122, 1e-5);
+  EXPECT_NEAR(*columns.reduced_volume, 32.0, 1e-9);
+}
+
+TEST(EntryColumns, OfACellThatIsNoneHaveNoReducedCell) {
+  const CrystalStructureImmediateDatabaseEntry entry(DatabaseEntryIdentifier("X"), handle_to(CrystalMaker()));
+  const EntryColumns columns = columns_of(entry);
+  EXPECT_FALSE(columns.reduced_a || columns.volume || columns.space_group);
 }
 
 TEST(EntryColumns, HoldNoNumberThatIsZeroOrNotFinite) {
