@@ -5,6 +5,7 @@
 #include <fstream>
 #include <stdexcept>
 
+#include "support/all_bytes.h"
 #include "support/bytes.h"
 
 namespace {
@@ -54,6 +55,18 @@ TEST(JournalTable, TrimsBlanksAndTabsAndNothingElse) {
   const std::string_view line = "0001 \tAB 9 19671290-195-195\t   7 \t J. \n \t";
   EXPECT_EQ(journal_table::international_coden(line), "AB 9");
   EXPECT_EQ(journal_table::title(line), "J. \n");
+}
+
+TEST(JournalTable, TrimsNoOtherByte) {
+  const auto is_trimmed = [](char byte) {
+    const std::string each(1, byte);
+    const std::string line =
+        "0001 " + each + each + "AB" + each + each + std::string(22, '0') + each + "J" + each;
+    const bool title = journal_table::title(line) == "J";
+    EXPECT_EQ(journal_table::international_coden(line) == "AB", title) << int{byte};
+    return title;
+  };
+  EXPECT_EQ(accepted(is_trimmed), by_value(" \t"));
 }
 
 struct Flag {

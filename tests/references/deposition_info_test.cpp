@@ -240,6 +240,12 @@ TEST(DepositionInfo, IsSortedByTheNextTextThatIsSet) {
   EXPECT_EQ(printed(info), "0: 0: VORN 7\t1: 6: R1\t2: 6: R2\t3: 6: R3\t4: 9: 9\t");
 }
 
+TEST(DepositionInfo, KeepsTheBlanksOfAnArchivedText) {
+  const std::string stored = bytes(int32(1), int32(0), text(" VORN 2\t"));
+  EXPECT_EQ(info_from(stored).text(DepositionInfo::vorn), " VORN 2\t");
+  EXPECT_EQ(archived(info_from(stored)), stored);
+}
+
 TEST(DepositionInfo, SeesAnArchivedEmptyTextAsTheFirstOfItsType) {
   const DepositionInfo info = info_from(bytes(int32(2), int32(0), text(""), int32(0), text("VORN 2")));
   EXPECT_TRUE(info.has_text(DepositionInfo::vorn));
