@@ -1,4 +1,5 @@
 #include <stores/entry_columns.h>
+#include <stores/entry_query.h>
 #include <xxhash.h>
 
 #include <bit>
