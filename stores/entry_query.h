@@ -40,19 +40,16 @@ enum class SqlDialect { sqlite, postgresql };
 // A parameter: an integer, a number, or bytes (BLOB, bytea), which all texts are kept as.
 using SqlValue = std::variant<std::int64_t, double, std::string>;
 
-// A condition on the table `entry`, which goes by the name e, as it follows WHERE. Never empty: "1=1" is
-// every entry.
+// A condition on the table `entry`, which goes by the name e, as it follows WHERE; "1=1" is every entry.
 //
-//   e.number                the key of the entry, an integer
-//   e.year, e.a, ...        a column of for_each_entry_column() by its sql_name; NULL is "not known". A text
-//   is bytes.
-//                           A list cannot be looked at here: it is in one of the two tables below.
-//   entry_element           (symbol bytes, entry, count, ratio): one row for each element of an entry
-//   entry_text              ("column" integer: the number of the column, hash integer, entry, folded bytes,
-//   value bytes):
-//                           one row for each text of an entry, of lists and of single texts alike; `folded`
-//                           is folded(value), `hash` is text_hash(folded), by which one text is found at
-//                           once; value is NULL where it is equal to folded.
+//   e.number         the key of the entry, an integer
+//   e.year, e.a, ... a column of for_each_entry_column() by its sql_name, a text as bytes; NULL is "not
+//                    known". A list cannot be looked at here: it is in one of the two tables below.
+//   entry_element    (symbol bytes, entry, count, ratio): one row for each element of an entry
+//   entry_text       ("column" integer: the number of the column, hash integer, entry, folded bytes, value
+//                    bytes): one row for each text of an entry, of lists (equal ones too) and of single
+//                    texts. `folded` is folded(value), `hash` is text_hash(folded), by which one text is
+//                    found at once; value is NULL where it is equal to folded.
 //
 // Nothing of a query's own text is ever part of `where`: values are parameters, in their order.
 struct SqlCondition {

@@ -162,8 +162,7 @@ class Meaning {
     const FilterTest& written = phrase.tests.front();
     const PropertyName list = list_of(phrase.left);
     EntryTest test{written.comparison, value_of(written.value)};
-    placed(written.value,
-           [&] { require_comparable(PropertyName{&element_count_property()}, test); });
+    placed(written.value, [&] { require_comparable(PropertyName{&element_count_property()}, test); });
     return length_condition(list, test);
   }
 

@@ -98,7 +98,7 @@ class SqlWriter {
       case Condition::Kind::has:
         return has(condition, positive);
       case Condition::Kind::length:
-        return length(condition);
+        return length(condition, positive);
       case Condition::Kind::cell:
         return cell(*condition.cell, positive);
     }
@@ -366,9 +366,17 @@ class SqlWriter {
            " (SELECT count(*) FROM entry_element y WHERE y.entry = e.number AND y." + one_of + ')';
   }
 
-  [[nodiscard]] std::string length(const Condition& condition) {
-    result_.recheck = true;
-    return known(condition.left, true);
+  [[nodiscard]] std::string length(const Condition& condition, bool positive) {
+    const EntryTest& test = condition.tests.front();
+    const auto* const number = std::get_if<double>(&test.value);
+    if (number == nullptr) {
+      result_.recheck = true;
+      return known(condition.left, true);
+    }
+    const EntryOperator comparison = positive ? test.comparison : contrary(test.comparison);
+    return "e.number IN (SELECT t.entry FROM entry_text t WHERE t.\"column\" = " +
+           std::to_string(condition.left.property->number) + " GROUP BY t.entry HAVING count(*) " +
+           sign(comparison) + ' ' + parameter(*number) + ')';
   }
 
   [[nodiscard]] std::string cell(const CellQuestion& cell, bool positive) {

@@ -77,11 +77,12 @@ TEST(SqlCondition, LooksUpAWholeTextByItsHash) {
 TEST(SqlCondition, LeavesToTheScanOnlyWhatItCannotSay) {
   for (const char* filter :
        {"elements HAS ONLY \"Ti\",\"O\"", "NOT _dbentry_author_folded HAS ENDS WITH \"f\"",
-        "_dbentry_a=_dbentry_b", "_dbentry_count_c<=3 OR NOT (nelements=1 AND id CONTAINS \"x\")"}) {
+        "_dbentry_a=_dbentry_b", "_dbentry_author LENGTH >= 2",
+        "_dbentry_count_c<=3 OR NOT (nelements=1 AND id CONTAINS \"x\")"}) {
     EXPECT_FALSE(EntryQuery::from_filter(filter).sql(SqlDialect::postgresql).recheck) << filter;
   }
   for (const char* filter :
-       {"_dbentry_author LENGTH 2", "_dbentry_author HAS id", "_dbentry_count_c<_dbentry_count_h",
+       {"_dbentry_author LENGTH nelements", "_dbentry_author HAS id", "_dbentry_count_c<_dbentry_count_h",
         "id_folded=_dbentry_source_folded", "NOT _dbentry_cell=\"4 5 6 90 90 90\""}) {
     EXPECT_TRUE(EntryQuery::from_filter(filter).sql(SqlDialect::postgresql).recheck) << filter;
   }
