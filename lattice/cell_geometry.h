@@ -4,9 +4,9 @@
 //   geometry.length({0.5, 0.5, 0.0});           // 3.988...
 //
 // Units: ångström and degrees. The Cartesian axes are those of the Protein Data Bank: X along a, Y in the
-// plane of a and b, Z along c* (International Tables for Crystallography, volume B, section 1.1). Fails:
-// LatticeError for lengths that are not between 0.001 and 1,000,000 Å, angles that are not between 0 and 180
-// degrees, and angles that close no cell or next to none (a volume below a ten-thousandth of abc).
+// plane of a and b, Z along c* (International Tables for Crystallography, volume B, section 1.1).
+// Fails: LatticeError for lengths that are not between 0.001 and 1,000,000 Å, angles that are not between 0
+// and 180 degrees, and angles that close no cell or next to none (a volume below a ten-thousandth of abc).
 #pragma once
 
 #include <chemistry/cell.h>

@@ -1,5 +1,5 @@
-// Thrown where a cell, a list of operators or an atom gives no lattice or no crystal; the text names what was
-// wrong with which number.
+// Thrown where a cell, a list of operators or an atom gives no lattice or no crystal; the text names what
+// was wrong with which number.
 #pragma once
 
 #include <lattice/export.h>

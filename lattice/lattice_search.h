@@ -7,8 +7,9 @@
 // P percent, and in each angle within P percent of 90 degrees. All bases are looked at, none of their
 // settings is preferred. Of an asked cell that is so oblique that a sphere of its longest edge holds more
 // than 200,000 lattice points, the reduced cell is compared in its stead. A store first asks its index for
-// what is within bounds(), then this class for what is found: nothing that is found is outside. Fails:
-// LatticeError as CellGeometry and ReducedCell do, and for a tolerance that is not from 0 to 30 percent.
+// what is within bounds(), then this class for what is found: nothing that is found is outside.
+// Fails: LatticeError as CellGeometry and ReducedCell do, and for a tolerance that is not from 0 to 30
+// percent.
 #pragma once
 
 #include <lattice/reduced_cell.h>

@@ -1,10 +1,13 @@
 #include <lattice/lattice_error.h>
+#include <lattice/number_text.h>
 #include <lattice/operator_parts.h>
 #include <lattice/packed_crystal.h>
 
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
 namespace {
 
@@ -40,6 +43,52 @@ double nearest(double difference) {
   return difference - std::round(difference);
 }
 
+// Atoms by place, so that those at one place are found without looking at all of them: a grid over the cell,
+// coarser than the distance that is merged and no finer than a thousandth of the axes.
+class Places {
+ public:
+  Places(const CellGeometry& geometry, double within) {
+    for (std::size_t axis = 0; axis < 3; ++axis)
+      count_[axis] =
+          static_cast<int>(std::clamp(geometry.spacing(axis) / (2.0 * within + 1e-6), 1.0, 1000.0));
+  }
+
+  void add(const FractionalCoordinates& position, std::size_t atom) {
+    boxes_[index(home(position))].push_back(atom);
+  }
+
+  // Calls is_there(atom) for the atoms around until one is.
+  template <class IsThere>
+  [[nodiscard]] bool any_near(const FractionalCoordinates& position, IsThere is_there) const {
+    const std::array<int, 3> box = home(position);
+    for (int i = -1; i <= 1; ++i)
+      for (int j = -1; j <= 1; ++j)
+        for (int k = -1; k <= 1; ++k)
+          if (const auto found = boxes_.find(index({box[0] + i, box[1] + j, box[2] + k}));
+              found != boxes_.end())
+            if (std::any_of(found->second.begin(), found->second.end(), is_there)) return true;
+    return false;
+  }
+
+ private:
+  [[nodiscard]] std::array<int, 3> home(const FractionalCoordinates& position) const {
+    return {static_cast<int>(position.x * count_[0]), static_cast<int>(position.y * count_[1]),
+            static_cast<int>(position.z * count_[2])};
+  }
+  [[nodiscard]] long long index(std::array<int, 3> box) const {
+    for (std::size_t axis = 0; axis < 3; ++axis) box[axis] = (box[axis] + count_[axis]) % count_[axis];
+    return (static_cast<long long>(box[0]) * count_[1] + box[1]) * count_[2] + box[2];
+  }
+
+  std::array<int, 3> count_{};
+  std::unordered_map<long long, std::vector<std::size_t>> boxes_;
+};
+
+// Whether two sites are one atom that is listed twice, when they share a place.
+bool say_the_same(const Atom& left, const Atom& right) {
+  return left.element == right.element && left.occupancy + right.occupancy > 1.01;
+}
+
 double range_length(const PackingOptions& options) {
   double cells = 1.0;
   for (std::size_t axis = 0; axis < 3; ++axis) {
@@ -54,9 +103,12 @@ double range_length(const PackingOptions& options) {
 
 PackedCrystal::PackedCrystal(const CrystalMaker& crystal, const PackingOptions& options)
     : geometry_(*crystal.cell()) {
+  if (!(options.merge_within >= 0.0 && options.merge_within <= 1.0))
+    throw LatticeError("Atoms are merged within 0 to 1 Å, not " + number_text(options.merge_within));
   const double cells = range_length(options);
   const std::vector<CrystalSymmetryOperator> operators = checked_operators(*crystal.cell());
   std::vector<PackedAtom> cell_atoms;
+  Places places(geometry_, options.merge_within);
   for (std::size_t site = 0; site < crystal.atoms().size(); ++site) {
     const Atom& atom = *crystal.atoms()[site];
     check_position(atom, site);
@@ -65,13 +117,16 @@ PackedCrystal::PackedCrystal(const CrystalMaker& crystal, const PackingOptions& 
       PackedAtom image = {site, op, {}, operators[op].apply(atom.position)};
       image.translation = {move_into_cell(image.position.x), move_into_cell(image.position.y),
                            move_into_cell(image.position.z)};
-      bool is_new = true;
-      for (std::size_t other = first; is_new && other < cell_atoms.size(); ++other) {
+      const bool is_there = places.any_near(image.position, [&](std::size_t other) {
         const FractionalCoordinates& at = cell_atoms[other].position;
-        is_new = geometry_.length({nearest(image.position.x - at.x), nearest(image.position.y - at.y),
-                                   nearest(image.position.z - at.z)}) > options.merge_within;
-      }
-      if (is_new) cell_atoms.push_back(image);
+        return geometry_.length({nearest(image.position.x - at.x), nearest(image.position.y - at.y),
+                                 nearest(image.position.z - at.z)}) <= options.merge_within &&
+               (cell_atoms[other].site == site ||
+                say_the_same(atom, *crystal.atoms()[cell_atoms[other].site]));
+      });
+      if (is_there) continue;
+      places.add(image.position, cell_atoms.size());
+      cell_atoms.push_back(image);
     }
     multiplicities_.push_back(cell_atoms.size() - first);
   }

@@ -5,11 +5,14 @@
 //   packed.multiplicity(0);                                    // atoms of the first site in a cell
 //
 // Images of one site that are closer than merge_within are one atom on a special position, the image of the
-// first operator among them. Images of different sites are never merged: alternatives of a disorder may share
-// a place. Units: merge_within is in ångström. Fails: LatticeError as CellGeometry does; for a position or an
+// first operator among them. Images of two sites are one atom, that of the first site, only where both are
+// of the same element and would together be taken more than always: a file may list an atom twice.
+// Alternatives of a disorder share a place.
+// Units: merge_within is in ångström.
+// Fails: LatticeError as CellGeometry does; for a merge_within that is not from 0 to 1; for a position or an
 // operator that is not finite, or coordinates beyond a million, naming the atom; for a range without cells,
-// and for more than 20 million atoms. Time and memory are in proportion to the atoms that come out, times the
-// operators.
+// and for more than 20 million atoms.
+// Time and memory are in proportion to the atoms that come out, times the operators.
 #pragma once
 
 #include <chemistry/crystal_maker.h>
@@ -42,7 +45,7 @@ class LATTICE_EXPORT PackedCrystal {
   // operators.
   [[nodiscard]] const std::vector<PackedAtom>& atoms() const& { return atoms_; }
   [[nodiscard]] std::vector<PackedAtom> atoms() && { return std::move(atoms_); }
-  // Atoms of the site in one cell.
+  // Atoms of the site in one cell; 0 where it repeats an earlier site.
   [[nodiscard]] std::size_t multiplicity(std::size_t site) const { return multiplicities_.at(site); }
   [[nodiscard]] const CellGeometry& geometry() const& { return geometry_; }
   [[nodiscard]] CellGeometry geometry() && { return geometry_; }

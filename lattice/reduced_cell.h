@@ -6,10 +6,10 @@
 // The reduction is that of Krivy and Gruber (Acta Cryst. A32, 297, 1976) with a tolerance, after
 // Grosse-Kunstleve, Sauter and Adams (Acta Cryst. A60, 1, 2004): scalar products that differ by less than
 // 1e-5 of the square of the shortest edge are equal, so that a <= b <= c and the other conditions hold to
-// about that. Near such an equality the reduced cell jumps; to compare lattices, use LatticeSearch. Units:
-// ångström and degrees. Fails: LatticeError as CellGeometry does, for a translation that is no multiple of
-// 1/24, for an operator that is not finite, and for an unknown centring letter. The number of steps is
-// bounded.
+// about that. Near such an equality the reduced cell jumps; to compare lattices, use LatticeSearch.
+// Units: ångström and degrees.
+// Fails: LatticeError as CellGeometry does, for a translation that is no multiple of 1/24, for an operator
+// that is not finite, and for an unknown centring letter. The number of steps is bounded.
 #pragma once
 
 #include <lattice/cell_geometry.h>

@@ -6,10 +6,10 @@
 //
 // The list holds every operator of the cell, centring translations included, in any order and with any whole
 // translations added. It is looked up among the settings of gemmi's table; what is not there is brought to
-// one of them by a change of axes (whole numbers from -1 to 1) and of origin (in twenty-fourths of the axes),
-// so that symbol and centring are then those of another setting, and is_tabulated() is false. Fails: nothing
-// is thrown. A list that is no group, or no group of a crystal, or that is not found, gives a group that is
-// not known, and says why.
+// one of them by a change of axes (whole numbers from -1 to 1) and of origin (in twenty-fourths of the
+// axes), so that symbol and centring are then those of another setting, and is_tabulated() is false.
+// Fails: nothing is thrown. A list that is no group, or no group of a crystal, or that is not found, gives a
+// group that is not known, and says why.
 #pragma once
 
 #include <lattice/export.h>

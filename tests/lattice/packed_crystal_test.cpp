@@ -66,10 +66,24 @@ TEST(PackedCrystal, MergesImagesAcrossAFaceOfTheCell) {
   EXPECT_EQ(PackedCrystal(maker, {.merge_within = 0.005}).multiplicity(0), 2u);
 }
 
-TEST(PackedCrystal, NeverMergesTwoSites) {
+TEST(PackedCrystal, KeepsTwoElementsOnOnePlace) {
   const CrystalMaker maker =
       crystal(cell_with({10, 10, 10, 90, 90, 90}, {}), {atom("Si", {0, 0, 0}), atom("Al", {0, 0, 0})});
   EXPECT_EQ(PackedCrystal(maker).atoms().size(), 2u);
+}
+
+TEST(PackedCrystal, KeepsTwoHalvesOfOneElementOnOnePlace) {
+  const std::vector<THandle<Atom>> halves = {atom("C", {0.9999, 0, 0}), atom("C", {0, 0, 0})};
+  for (const THandle<Atom>& half : halves) half->occupancy = 0.5;
+  EXPECT_EQ(PackedCrystal(crystal(cell_with({10, 10, 10, 90, 90, 90}, {}), halves)).atoms().size(), 2u);
+}
+
+TEST(PackedCrystal, TakesAnAtomThatIsListedTwiceForOne) {
+  const PackedCrystal packed(crystal(cell_with({10, 10, 10, 90, 90, 90}, operators({"x,y,z", "-x,-y,-z"})),
+                                     {atom("C", {0.1, 0.2, 0.3}), atom("C", {0.9, 0.8, 0.7})}));
+  EXPECT_EQ(packed.atoms().size(), 2u);
+  EXPECT_EQ(packed.multiplicity(0), 2u);
+  EXPECT_EQ(packed.multiplicity(1), 0u);
 }
 
 TEST(PackedCrystal, FillsARangeOfCells) {
