@@ -1,0 +1,148 @@
+// What perception finds, as lines of text for the measuring scripts beside this file.
+//
+//   perception_probe molecules < FILE     FILE: "molecule NAME COUNT", then COUNT lines "ELEMENT X Y Z", in
+//   ångström
+//     molecule NAME
+//     bond I J KEKULE_ORDER TYPE          atoms counted from 0
+//     atom I CHARGE HYDROGENS             only where one of them is not 0
+//   perception_probe crystals ARCHIVE     of every entry of a stored archive
+//     entry NAME
+//     cell A B C ALPHA BETA GAMMA
+//     atom ELEMENT X Y Z                  of the packed cell, fractions
+//     pair I J LENGTH A B C               neighbours within the sum of the radii + 0.4 Å
+//     bond I J LENGTH A B C
+//     molecule DIMENSION ATOMS FORMULA
+//   perception_probe radii                ELEMENT RADIUS of each element
+#include <database_entry/database_entry.h>
+#include <lattice/lattice_error.h>
+#include <perception/bond_types.h>
+#include <perception/bonds.h>
+#include <perception/molecules.h>
+#include <perception/perception_error.h>
+
+#include <cstdio>
+#include <cstring>
+#include <iostream>
+#include <memory>
+#include <string>
+
+namespace {
+
+// A molecule in a cell of its own, so large that no image is near.
+CrystalMaker alone(const std::vector<std::string>& elements,
+                   const std::vector<CartesianCoordinates>& places) {
+  CartesianCoordinates least = {1e9, 1e9, 1e9}, most = {-1e9, -1e9, -1e9};
+  for (const CartesianCoordinates& p : places) {
+    least = {std::min(least.x, p.x), std::min(least.y, p.y), std::min(least.z, p.z)};
+    most = {std::max(most.x, p.x), std::max(most.y, p.y), std::max(most.z, p.z)};
+  }
+  const double a = most.x - least.x + 20, b = most.y - least.y + 20, c = most.z - least.z + 20;
+  std::vector<THandle<Atom>> atoms;
+  for (std::size_t i = 0; i < elements.size(); ++i) {
+    const THandle<Atom> atom(new Atom);
+    atom->element = elements[i];
+    atom->position = {(places[i].x - least.x + 10) / a, (places[i].y - least.y + 10) / b,
+                      (places[i].z - least.z + 10) / c};
+    atoms.push_back(atom);
+  }
+  const THandle<std::vector<CrystalSymmetryOperator>> operators(new std::vector<CrystalSymmetryOperator>(1));
+  return CrystalMaker(THandle<Cell>(new Cell(a, b, c, 90, 90, 90, operators)), atoms);
+}
+
+void answer_molecule(const std::string& name, MoleculeShape shape) {
+  const CrystalBonds crystal = perceive_bonds(alone(shape.elements, shape.places));
+  for (const CrystalBond& bond : crystal.bonds)
+    shape.bonds.push_back(
+        {crystal.packed.atoms()[bond.first].site, crystal.packed.atoms()[bond.second].site});
+  const MoleculeTypes types = perceive_bond_types(shape);
+  std::cout << "molecule " << name << '\n';
+  for (std::size_t i = 0; i < shape.bonds.size(); ++i)
+    std::cout << "bond " << shape.bonds[i][0] << ' ' << shape.bonds[i][1] << ' ' << types.orders[i] << ' '
+              << static_cast<int>(types.bonds[i]) << '\n';
+  for (std::size_t i = 0; i < shape.elements.size(); ++i)
+    if (types.charges[i] != 0 || types.hydrogen_counts[i] != 0)
+      std::cout << "atom " << i << ' ' << types.charges[i] << ' ' << types.hydrogen_counts[i] << '\n';
+}
+
+void answer_molecules() {
+  std::string word, name;
+  std::size_t count = 0;
+  while (std::cin >> word >> name >> count) {
+    MoleculeShape shape;
+    for (std::size_t i = 0; i < count; ++i) {
+      std::string element;
+      CartesianCoordinates place;
+      std::cin >> element >> place.x >> place.y >> place.z;
+      shape.elements.push_back(element);
+      shape.places.push_back(place);
+    }
+    answer_molecule(name, std::move(shape));
+  }
+}
+
+void answer_crystal(const CrystalStructureDatabaseEntry& entry) {
+  std::cout << "entry " << entry.identifier().text() << '\n';
+  const CrystalMaker& maker = *entry.crystal_maker();
+  try {
+    const CrystalBonds crystal = perceive_bonds(maker);
+    const auto& [a, b, c, alpha, beta, gamma] = crystal.packed.geometry().parameters();
+    std::cout.flush();
+    std::printf("cell %.17g %.17g %.17g %.17g %.17g %.17g\n", a, b, c, alpha, beta, gamma);
+    std::vector<double> reaches;
+    for (const PackedAtom& atom : crystal.packed.atoms()) {
+      const Atom& site = *maker.atoms()[atom.site];
+      const double radius = bonding_radius(site.element);
+      reaches.push_back(radius > 0 ? radius + 0.2 : 0);
+      std::printf("atom %s %.17g %.17g %.17g\n", site.element.empty() ? "X" : site.element.c_str(),
+                  atom.position.x, atom.position.y, atom.position.z);
+    }
+    const auto print = [](const char* word, const CrystalBond& bond) {
+      std::printf("%s %zu %zu %.9f %d %d %d\n", word, bond.first, bond.second, bond.length,
+                  bond.translation[0], bond.translation[1], bond.translation[2]);
+    };
+    for (const CrystalBond& pair : neighbours(crystal.packed, reaches)) print("pair", pair);
+    for (const CrystalBond& bond : crystal.bonds) print("bond", bond);
+    for (const Molecule& molecule : molecules(maker, crystal))
+      std::printf("molecule %d %zu %s\n", molecule.dimension, molecule.atoms.size(),
+                  molecule.formula.c_str());
+    std::fflush(stdout);
+  } catch (const std::invalid_argument& refusal) {
+    std::cout << "refused " << refusal.what() << '\n';
+  }
+}
+
+void answer_crystals(const char* path) {
+  const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path, "rb"), &std::fclose);
+  if (file == nullptr) throw std::runtime_error(std::string("cannot open ") + path);
+  Archive archive(file.get());
+  CrystalStructureImmediateDatabaseEntry entry(DatabaseEntryIdentifier(),
+                                               THandle<CrystalMaker>(new CrystalMaker));
+  for (;;) {
+    const int next = std::getc(file.get());
+    if (next == EOF) return;
+    std::ungetc(next, file.get());
+    entry.read(archive);
+    answer_crystal(entry);
+  }
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+  if (count == 2 && std::strcmp(words[1], "molecules") == 0) {
+    answer_molecules();
+  } else if (count == 3 && std::strcmp(words[1], "crystals") == 0) {
+    answer_crystals(words[2]);
+  } else if (count == 2 && std::strcmp(words[1], "radii") == 0) {
+    // Every symbol there is has one capital and at most one small letter.
+    for (char first = 'A'; first <= 'Z'; ++first) {
+      for (char second = 'a' - 1; second <= 'z'; ++second) {
+        const std::string symbol = second < 'a' ? std::string{first} : std::string{first, second};
+        if (bonding_radius(symbol) > 0) std::cout << symbol << ' ' << bonding_radius(symbol) << '\n';
+      }
+    }
+  } else {
+    std::cerr << "usage: perception_probe molecules | crystals ARCHIVE | radii\n";
+    return 2;
+  }
+}
