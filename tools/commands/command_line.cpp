@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "tools/commands/commands.h"
+#include "tools/files/collection.h"
 #include "tools/files/collection_place.h"
 #include "tools/messages/nearest_name.h"
 #include "tools/output/standard_output.h"
@@ -46,6 +47,7 @@ class CommandLine {
     add_merge();
     add_remove();
     add_stats();
+    add_stores();
     add_help();
   }
 
@@ -146,6 +148,11 @@ class CommandLine {
     app->add_option("-o,--output", output, description)->type_name("FILE");
   }
 
+  static void add_into(CLI::App* app, std::string& into) {
+    app->add_option("--into", into, "The store to put the entries into, which dbentry init has made")
+        ->type_name("STORE");
+  }
+
   static void add_force(CLI::App* app, bool& force) {
     app->add_flag("--force", force, "Replace files of another kind too, but never an input");
   }
@@ -201,6 +208,7 @@ class CommandLine {
     add_collection(app, extract_.collection);
     add_identifiers(app, extract_.identifiers, "Identifiers of the entries to copy");
     add_output(app, extract_.output, "The stored archive to write");
+    add_into(app, extract_.into);
     add_force(app, extract_.force);
   }
 
@@ -211,6 +219,7 @@ class CommandLine {
         ->required()
         ->type_name("");
     add_output(app, merge_.output, "The stored archive to write");
+    add_into(app, merge_.into);
     add_on_duplicate(app, merge_.on_duplicate, "refuse");
     add_force(app, merge_.force);
   }
@@ -258,6 +267,20 @@ class CommandLine {
     app->add_option("--svg", stats_.svg, "Draw a bar chart into this file as well")->type_name("FILE");
     add_format(app, stats_.format);
     add_force(app, stats_.force);
+  }
+
+  void add_stores() {
+    CLI::App* init = add("init", "Make a new store without entries", init_, init_command);
+    init->add_option("STORE", init_.store, "A file that is not there yet, or a URL")
+        ->required()
+        ->type_name("");
+    CLI::App* reindex = add("reindex", "Make what entries are found by anew", reindex_, reindex_command,
+                            [this] { take_collection("reindex", {&reindex_.store}, nullptr); });
+    reindex->add_option("STORE", reindex_.store, "A SQLite store or a URL")->type_name("");
+    CLI::App* upgrade =
+        add("upgrade", "Bring a store to the schema of this version", upgrade_, upgrade_command,
+            [this] { take_collection("upgrade", {&upgrade_.store}, nullptr); });
+    upgrade->add_option("STORE", upgrade_.store, "A SQLite store or a URL")->type_name("");
   }
 
   void add_verify() {
@@ -329,6 +352,9 @@ class CommandLine {
   ExtractOptions extract_;
   MergeOptions merge_;
   RemoveOptions remove_;
+  StoreOptions init_;
+  StoreOptions reindex_;
+  StoreOptions upgrade_;
   StatsOptions stats_;
   std::vector<std::string> help_about_;
   std::vector<std::string> arguments_;
@@ -355,6 +381,8 @@ Result attempt(const Action& action) {
     return {ExitCode::done};  // whoever reads the output has had enough
   } catch (const ToolError& error) {
     return {error.code(), error.what()};
+  } catch (const EntryStoreError& error) {
+    return {store_failure(error).code(), error.what()};
   } catch (const std::bad_alloc&) {
     return {ExitCode::problems, "not enough memory"};
   } catch (const std::exception& error) {

@@ -111,6 +111,13 @@ struct RemoveOptions {
 };
 ExitCode remove_command(const RemoveOptions& options, Terminal& terminal);
 
+struct StoreOptions {
+  std::string store;
+};
+ExitCode init_command(const StoreOptions& options, Terminal& terminal);
+ExitCode reindex_command(const StoreOptions& options, Terminal& terminal);
+ExitCode upgrade_command(const StoreOptions& options, Terminal& terminal);
+
 struct SetOptions {
   std::string collection;
   std::string identifier;

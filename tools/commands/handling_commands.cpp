@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 #include <fmt/ostream.h>
 
+#include <map>
 #include <memory>
 #include <ostream>
 
@@ -18,10 +19,36 @@ std::ostream& closing_stream(const std::string& output, Terminal& terminal) {
   return output == "-" ? terminal.messages : terminal.out;
 }
 
-void need_output(const std::string& command, const std::string& output) {
-  if (output.empty()) {
-    throw ToolError(ExitCode::usage, fmt::format("{}: -o FILE says where the entries go", command));
+// The archive or the store that a command puts entries into.
+struct Target {
+  std::string output;
+  std::string into;
+
+  [[nodiscard]] const std::string& place() const { return into.empty() ? output : into; }
+
+  void check(const std::string& command, const std::vector<std::string>& inputs, bool force) const {
+    if (output.empty() == into.empty()) {
+      throw ToolError(ExitCode::usage,
+                      fmt::format("{}: -o FILE or --into STORE says where the entries go", command));
+    }
+    Outputs outputs(force);
+    for (const std::string& input : inputs) outputs.read(input);
+    outputs.written("-o", output, FileKind::archive);
+    outputs.changed("--into", into);
+    outputs.check();
   }
+
+  [[nodiscard]] std::unique_ptr<EntrySink> open(Duplicates archive_rule, Duplicates store_rule) const {
+    return into.empty() ? open_archive_sink(output, archive_rule, true) : open_store_sink(into, store_rule);
+  }
+};
+
+void tell_refused(Terminal& terminal, const std::string& collection, const StoredEntry& entry) {
+  fmt::print(
+      terminal.messages,
+      "{}: error: another entry {} was there before; --on-duplicate keep or replace says which of the two "
+      "stays\n",
+      collection, identifier_of(entry));
 }
 
 std::string entries_text(std::size_t count) {
@@ -31,78 +58,58 @@ std::string entries_text(std::size_t count) {
 }  // namespace
 
 ExitCode extract_command(const ExtractOptions& options, Terminal& terminal) {
-  need_output("extract", options.output);
   if (options.identifiers.empty()) {
     throw ToolError(ExitCode::usage, "extract: which entries? Name at least one identifier");
   }
-  Outputs outputs(options.force);
-  outputs.read(options.collection);
-  outputs.written("-o", options.output, FileKind::archive);
-  outputs.check();
-  // Nothing goes to standard output before every identifier has been found.
-  const auto sink = open_archive_sink(options.output, Duplicates::both, true);
+  const Target target = {options.output, options.into};
+  target.check("extract", {options.collection}, options.force);
+  // An archive, and standard output, get nothing before every identifier has been found.
+  const auto sink = target.open(Duplicates::both, Duplicates::refuse);
   std::size_t count = 0;
-  for_each_entry(options.collection, options.identifiers, [&](const StoredEntry& entry) {
-    sink->put(entry);
-    ++count;
-  });
+  std::size_t refused = 0;
+  for_each_entry_and_origin(options.collection, options.identifiers,
+                            [&](const THandle<StoredEntry>& entry, const EntryOrigin& origin) {
+                              ++count;
+                              if (sink->put(*entry, origin) != PutResult::refused) return;
+                              ++refused;
+                              tell_refused(terminal, options.collection, *entry);
+                            });
   const std::string written = sink->commit();
-  fmt::print(closing_stream(options.output, terminal), "{}; {}\n", entries_text(count), written);
-  return ExitCode::done;
+  fmt::print(closing_stream(options.output, terminal), "{}; {}\n", entries_text(count - refused), written);
+  return refused == 0 ? ExitCode::done : ExitCode::problems;
 }
 
 ExitCode merge_command(const MergeOptions& options, Terminal& terminal) {
-  need_output("merge", options.output);
   const Duplicates rule = duplicates_rule(options.on_duplicate, Duplicates::refuse);
-  Outputs outputs(options.force);
-  for (const std::string& collection : options.collections) outputs.read(collection);
-  outputs.written("-o", options.output, FileKind::archive);
-  outputs.check();
-  const auto sink = open_archive_sink(options.output, rule);
+  const Target target = {options.output, options.into};
+  target.check("merge", options.collections, options.force);
+  const auto sink = target.open(rule, rule);
   Progress progress(terminal, options.collections.size(), "collections");
-  std::size_t added = 0;
-  std::size_t unchanged = 0;
-  std::size_t replaced = 0;
-  std::size_t kept = 0;
-  std::size_t refused = 0;
+  std::map<PutResult, std::size_t> counts;
   std::size_t done = 0;
   for (const std::string& collection : options.collections) {
-    for_each_entry(collection, {}, [&](const StoredEntry& entry) {
-      switch (sink->put(entry, {collection, identifier_of(entry)})) {
-        case PutResult::added:
-          ++added;
-          break;
-        case PutResult::unchanged:
-          ++unchanged;
-          break;
-        case PutResult::replaced:
-          ++replaced;
-          break;
-        case PutResult::kept:
-          ++kept;
-          break;
-        case PutResult::refused:
-          ++refused;
-          progress.clear();
-          fmt::print(
-              terminal.messages,
-              "{}: error: another entry {} was there before; --on-duplicate keep or replace says which "
-              "of the two stays\n",
-              collection, identifier_of(entry));
-      }
-    });
+    for_each_entry_and_origin(collection, {},
+                              [&](const THandle<StoredEntry>& entry, const EntryOrigin& origin) {
+                                const PutResult result = sink->put(*entry, origin);
+                                ++counts[result];
+                                if (result != PutResult::refused) return;
+                                progress.clear();
+                                tell_refused(terminal, collection, *entry);
+                              });
     progress.show(++done);
   }
   progress.clear();
   std::ostream& closing = closing_stream(options.output, terminal);
-  if (refused > 0) {
+  const std::size_t refused = counts[PutResult::refused];
+  if (refused > 0 && options.into.empty()) {
     fmt::print(closing, "{} refused; {} is left as it was\n", entries_text(refused), options.output);
     return ExitCode::problems;
   }
   const std::string written = sink->commit();
-  fmt::print(closing, "{} added, {} the same again, {} replaced, {} not taken; {}\n", entries_text(added),
-             unchanged, replaced, kept, written);
-  return ExitCode::done;
+  fmt::print(closing, "{} added, {} the same again, {} replaced, {} not taken; {}\n",
+             entries_text(counts[PutResult::added]), counts[PutResult::unchanged],
+             counts[PutResult::replaced], counts[PutResult::kept] + refused, written);
+  return refused == 0 ? ExitCode::done : ExitCode::problems;
 }
 
 ExitCode remove_command(const RemoveOptions& options, Terminal& terminal) {

@@ -170,7 +170,7 @@ class Import {
       fmt::print(terminal_.messages, "{}{}: warning: data_{}: {}\n", file, line, imported.block,
                  warning.text);
     }
-    if (output_ != nullptr) output_->put(*imported.entry, {file, imported.block});
+    if (output_ != nullptr) output_->put(*imported.entry, {file, imported.block, "", 0});
     ++entries_;
     add_to_report(record_of(file, imported));
   }

@@ -91,7 +91,7 @@ std::vector<ListColumn> chosen_columns(const std::string& names) {
 }
 
 // An empty file is a whole archive, but seldom the one that was meant.
-void note_if_empty(int entry_count, const std::string& file, Terminal& terminal) {
+void note_if_empty(std::size_t entry_count, const std::string& file, Terminal& terminal) {
   if (entry_count == 0) {
     fmt::print(terminal.messages, "dbentry: {}: {}: no entries\n", file == "-" ? "standard input" : file,
                file == "-" ? "is empty" : "the file is empty");
@@ -154,10 +154,11 @@ ExitCode show_command(const ShowOptions& options, Terminal& terminal) {
     if (format == ShowFormat::json) terminal.out << (shown == 0 ? "[]\n" : "\n]\n");
   };
   try {
-    const int count = for_each_entry(options.collection, options.identifiers, [&](const StoredEntry& entry) {
-      show_entry(entry, format, shown == 0, terminal);
-      ++shown;
-    });
+    const std::size_t count =
+        for_each_entry(options.collection, options.identifiers, [&](const StoredEntry& entry) {
+          show_entry(entry, format, shown == 0, terminal);
+          ++shown;
+        });
     note_if_empty(count, options.collection, terminal);
   } catch (const ToolError&) {
     finish();
@@ -174,7 +175,7 @@ ExitCode list_command(const ListOptions& options, Terminal& terminal) {
   const OutputFormat format = output_format(options.format, terminal);
   TableOutput table(terminal, format, names);
   try {
-    const int count = for_each_entry(options.collection, {}, [&](const StoredEntry& entry) {
+    const std::size_t count = for_each_entry(options.collection, {}, [&](const StoredEntry& entry) {
       std::vector<TableCell> row;
       for (const ListColumn& column : columns) row.push_back(column.cell(entry));
       table.add(row);

@@ -48,11 +48,10 @@ std::vector<std::string> identifiers_in(const StoredEntry& entry) {
 class References {
  public:
   References(const std::string& collection, bool reverse) {
-    for_each_entry(collection, {}, [&](const StoredEntry& entry) {
-      const std::string identifier = identifier_of(entry);
-      entries_.push_back(identifier);
-      for (const std::string& other : identifiers_in(entry)) {
-        (reverse ? next_[other] : next_[identifier]).push_back(reverse ? identifier : other);
+    for_each_columns(collection, [&](const EntryColumns& entry) {
+      entries_.push_back(entry.identifier);
+      for (const std::string& other : entry.related) {
+        (reverse ? next_[other] : next_[entry.identifier]).push_back(reverse ? entry.identifier : other);
       }
     });
   }

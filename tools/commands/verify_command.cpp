@@ -7,8 +7,8 @@
 
 #include "tools/commands/commands.h"
 #include "tools/files/atomic_file.h"
+#include "tools/files/collection.h"
 #include "tools/files/digest.h"
-#include "tools/files/entry_file.h"
 #include "tools/files/memory_archive.h"
 #include "tools/files/outputs.h"
 #include "tools/output/progress.h"
@@ -25,6 +25,78 @@ std::string byte_text(const std::string& bytes, std::size_t place) {
   return place < bytes.size() ? fmt::format("{:02x}", static_cast<unsigned char>(bytes[place])) : "nothing";
 }
 
+// What reading a collection gave.
+struct Verified {
+  std::size_t entries = 0;
+  std::string text;  // of the closing line
+  std::size_t problems = 0;
+  std::string digest;
+};
+
+Verified verify_archive(const VerifyOptions& options, const std::string& name, AtomicFile* copy,
+                        Terminal& terminal) {
+  EntryFile file(options.collection, EntryFile::Access::anywhere);
+  Progress progress(terminal, 0, "entries");
+  Digest digest;
+  Verified result;
+  long size = 0;
+  for (auto entry = file.next(); !entry.is_null(); entry = file.next()) {
+    progress.show(static_cast<std::size_t>(file.number()));
+    const std::string stored = file.bytes(file.offset(), file.end());
+    const std::string rewritten = archived([&](Archive& archive) { entry->write(archive); });
+    digest.add(stored);
+    size = file.end();
+    if (copy != nullptr) copy->write(rewritten);
+    if (stored == rewritten) continue;
+    ++result.problems;
+    progress.clear();
+    const std::size_t place = first_difference(stored, rewritten);
+    fmt::print(terminal.messages,
+               "{}: {} differs when rewritten, first at offset {} of the file: {} is stored, {} written\n",
+               name, entry_name(file.number(), identifier_of(*entry)),
+               file.offset() + static_cast<long>(place), byte_text(stored, place),
+               byte_text(rewritten, place));
+  }
+  result.digest = digest.text();
+  result.text = fmt::format("{}: {} entries, {} bytes, {}", name, file.number(), size,
+                            result.problems == 0 ? "rewritten byte for byte"
+                                                 : fmt::format("{} differ when rewritten", result.problems));
+  return result;
+}
+
+// Hashes, decoding, encoding byte for byte and derived columns are the store's to check. The digest is that
+// of the archive that an export makes.
+Verified verify_store(const VerifyOptions& options, AtomicFile* copy, Terminal& terminal) {
+  const auto store = open_store(options.collection);
+  Progress progress(terminal, 0, "entries");
+  const StoreReport report = store->verify([&](std::uint64_t done, std::uint64_t) {
+    progress.show(static_cast<std::size_t>(done));
+    return true;
+  });
+  progress.clear();
+  for (const StoreProblem& problem : report.problems) {
+    fmt::print(terminal.messages, "{}: {}{}{}\n", store->place(),
+               problem.entry.empty() ? "" : entry_name(0, problem.entry) + ": ",
+               problem.component.empty() ? "" : problem.component + ": ", problem.text);
+  }
+  Verified result;
+  result.problems = report.problems.size();
+  if (result.problems == 0) {
+    Digest digest;
+    for_each_entry(options.collection, {}, [&](const StoredEntry& entry) {
+      const std::string bytes = archived([&](Archive& archive) { entry.write(archive); });
+      digest.add(bytes);
+      if (copy != nullptr) copy->write(bytes);
+    });
+    result.digest = digest.text();
+  }
+  result.text = fmt::format(
+      "{}: {} entries, {} components, {} bytes, {}", store->place(), report.entries, report.components,
+      report.bytes,
+      result.problems == 0 ? "all as they were put" : fmt::format("{} problems", result.problems));
+  return result;
+}
+
 }  // namespace
 
 ExitCode verify_command(const VerifyOptions& options, Terminal& terminal) {
@@ -38,47 +110,26 @@ ExitCode verify_command(const VerifyOptions& options, Terminal& terminal) {
   outputs.written("-o", options.output, FileKind::archive);
   outputs.written("--digest", options.digest, FileKind::digest);
   outputs.check();
-  EntryFile file(options.collection, EntryFile::Access::anywhere);
   std::unique_ptr<AtomicFile> copy;
   if (!options.output.empty()) copy = std::make_unique<AtomicFile>(options.output);
   std::ostream& out = options.output == "-" || options.digest == "-" ? terminal.messages : terminal.out;
-  Progress progress(terminal, 0, "entries");
-  Digest digest;
-  int different = 0;
-  long size = 0;
-  for (auto entry = file.next(); !entry.is_null(); entry = file.next()) {
-    progress.show(static_cast<std::size_t>(file.number()));
-    const std::string stored = file.bytes(file.offset(), file.end());
-    const std::string rewritten = archived([&](Archive& archive) { entry->write(archive); });
-    digest.add(stored);
-    size = file.end();
-    if (copy != nullptr) copy->write(rewritten);
-    if (stored == rewritten) continue;
-    ++different;
-    progress.clear();
-    const std::size_t place = first_difference(stored, rewritten);
-    fmt::print(terminal.messages,
-               "{}: {} differs when rewritten, first at offset {} of the file: {} is stored, {} written\n",
-               name, entry_name(file.number(), identifier_of(*entry)),
-               file.offset() + static_cast<long>(place), byte_text(stored, place),
-               byte_text(rewritten, place));
-  }
-  progress.clear();
-  if (copy != nullptr) copy->commit();
-  const std::string found = digest.text();
-  fmt::print(out, "{}: {} entries, {} bytes, {}\n", name, file.number(), size,
-             different == 0 ? "rewritten byte for byte" : fmt::format("{} differ when rewritten", different));
-  fmt::print(out, "SHA-256 {}\n", found);
-  if (options.digest.empty()) return different == 0 ? ExitCode::done : ExitCode::damaged;
+  const Verified found = is_store(options.collection) ? verify_store(options, copy.get(), terminal)
+                                                      : verify_archive(options, name, copy.get(), terminal);
+  const ExitCode code = found.problems == 0 ? ExitCode::done : ExitCode::damaged;
+  if (copy != nullptr && !found.digest.empty()) copy->commit();
+  fmt::print(out, "{}\n", found.text);
+  if (found.digest.empty()) return code;
+  fmt::print(out, "SHA-256 {}\n", found.digest);
+  if (options.digest.empty()) return code;
   if (expected.empty()) {
     AtomicFile kept(options.digest);
-    kept.write(fmt::format("{}  {}\n", found, options.collection));
+    kept.write(fmt::format("{}  {}\n", found.digest, options.collection));
     kept.commit();
-    return different == 0 ? ExitCode::done : ExitCode::damaged;
+    return code;
   }
-  if (found == expected) {
+  if (found.digest == expected) {
     fmt::print(out, "the same as in {}\n", options.digest);
-    return different == 0 ? ExitCode::done : ExitCode::damaged;
+    return code;
   }
   throw ToolError(ExitCode::damaged,
                   fmt::format("{}: not the bytes of the digest in {}, which is {}; after a change that was "

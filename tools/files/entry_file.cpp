@@ -140,5 +140,6 @@ std::string entry_name(int number, const std::string& identifier) {
       shown.begin(), shown.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; },
       '?');
   if (identifier.size() > longest) shown += "...";
+  if (number == 0) return "entry " + shown;
   return shown.empty() ? fmt::format("entry {}", number) : fmt::format("entry {} ({})", number, shown);
 }

@@ -63,6 +63,6 @@ class EntryFile {
 // An entry of which nothing is known: an empty identifier, and null handles for all components.
 [[nodiscard]] THandle<StoredEntry> empty_entry();
 
-// "entry 12 (C1010588)", or "entry 12" without an identifier. Long or unprintable identifiers are shortened
-// and masked, so that a message never carries a damaged file with it.
+// "entry 12 (C1010588)", "entry 12" without an identifier, "entry C1010588" without a number (0). Long or
+// unprintable identifiers are shortened and masked, so that a message never carries a damaged file with it.
 [[nodiscard]] std::string entry_name(int number, const std::string& identifier);

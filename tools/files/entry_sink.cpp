@@ -3,13 +3,12 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <unordered_map>
-#include <vector>
 
 #include "tools/files/atomic_file.h"
+#include "tools/files/collection.h"
 #include "tools/files/entry_file.h"
 #include "tools/files/memory_archive.h"
 #include "tools/messages/nearest_name.h"
@@ -25,7 +24,24 @@ class ArchiveSink : public EntrySink {
         file_(path, held || duplicates != Duplicates::both ? AtomicFile::Streams::held
                                                            : AtomicFile::Streams::direct) {}
 
-  PutResult put(const StoredEntry& entry, const PutOrigin& /*origin*/) override {
+  std::vector<PutResult> put_all(const std::vector<Put>& entries) override {
+    std::vector<PutResult> results;
+    for (const Put& one : entries) results.push_back(put_one(*one.entry));
+    return results;
+  }
+
+  std::string commit() override {
+    if (has_gaps_) return in_words(commit_without_gaps());
+    return in_words(file_.commit());
+  }
+
+ private:
+  struct Place {
+    std::size_t offset;
+    std::size_t size;
+  };
+
+  PutResult put_one(const StoredEntry& entry) {
     const std::string bytes = archived([&](Archive& archive) { entry.write(archive); });
     if (duplicates_ == Duplicates::both) {
       append(bytes);
@@ -46,17 +62,6 @@ class ArchiveSink : public EntrySink {
     has_gaps_ = true;
     return PutResult::replaced;
   }
-
-  std::string commit() override {
-    if (has_gaps_) return in_words(commit_without_gaps());
-    return in_words(file_.commit());
-  }
-
- private:
-  struct Place {
-    std::size_t offset;
-    std::size_t size;
-  };
 
   void append(const std::string& bytes) {
     file_.write(bytes);
@@ -99,6 +104,76 @@ class ArchiveSink : public EntrySink {
   bool has_gaps_ = false;
 };
 
+// Entries go to the store as they come: what was put stays, whatever happens later.
+class StoreSink : public EntrySink {
+ public:
+  StoreSink(const std::string& place, Duplicates duplicates)
+      : place_(place),
+        store_(open_store(place)),
+        rule_(duplicates == Duplicates::keep      ? OnDuplicate::keep
+              : duplicates == Duplicates::replace ? OnDuplicate::replace
+                                                  : OnDuplicate::refuse) {
+    if (store_->is_read_only()) {
+      throw ToolError(ExitCode::usage,
+                      fmt::format("--into {0}: a stored archive takes no more entries: make a store of it "
+                                  "(dbentry init, dbentry import {0} --into STORE), or merge (dbentry merge)",
+                                  place));
+    }
+  }
+
+  std::vector<PutResult> put_all(const std::vector<Put>& entries) override {
+    std::vector<EntryStore::Put> puts;
+    for (const Put& one : entries) puts.push_back({one.entry, one.origin});
+    return with_store_errors([&] {
+      try {
+        return results_of(store_->put_all(puts, rule_));
+      } catch (const EntryAlreadyStored&) {
+        return one_by_one(puts);
+      }
+    });
+  }
+
+  std::string commit() override { return fmt::format("{} entries in {}", store_->count(), place_); }
+
+ private:
+  // All or none were put: so that those are known which are refused.
+  std::vector<PutResult> one_by_one(const std::vector<EntryStore::Put>& puts) {
+    std::vector<PutResult> results;
+    for (const EntryStore::Put& one : puts) {
+      try {
+        results.push_back(results_of(store_->put_all({one}, rule_)).front());
+      } catch (const EntryAlreadyStored&) {
+        results.push_back(PutResult::refused);
+      }
+    }
+    return results;
+  }
+
+  static std::vector<PutResult> results_of(const std::vector<StoreResult>& stored) {
+    std::vector<PutResult> results;
+    for (const StoreResult result : stored) {
+      switch (result) {
+        case StoreResult::added:
+          results.push_back(PutResult::added);
+          break;
+        case StoreResult::replaced:
+          results.push_back(PutResult::replaced);
+          break;
+        case StoreResult::unchanged:
+          results.push_back(PutResult::unchanged);
+          break;
+        case StoreResult::kept:
+          results.push_back(PutResult::kept);
+      }
+    }
+    return results;
+  }
+
+  std::string place_;
+  std::unique_ptr<EntryStore> store_;
+  OnDuplicate rule_;
+};
+
 struct NamedRule {
   const char* name;
   Duplicates rule;
@@ -110,6 +185,10 @@ constexpr std::array rules = {NamedRule{"keep", Duplicates::keep}, NamedRule{"re
 
 std::unique_ptr<EntrySink> open_archive_sink(const std::string& path, Duplicates duplicates, bool held) {
   return std::make_unique<ArchiveSink>(path, duplicates, held);
+}
+
+std::unique_ptr<EntrySink> open_store_sink(const std::string& place, Duplicates duplicates) {
+  return std::make_unique<StoreSink>(place, duplicates);
 }
 
 Duplicates duplicates_rule(const std::string& name, Duplicates usual) {

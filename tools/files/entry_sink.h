@@ -1,4 +1,4 @@
-// Where a command puts entries: a new archive, with a rule for entries that are there already.
+// Where a command puts entries: a new archive or a store, with a rule for entries that are there already.
 //
 //   const auto sink = open_archive_sink("both.dbe", Duplicates::replace);
 //   sink->put(entry);
@@ -8,9 +8,11 @@
 #pragma once
 
 #include <database_entry/entries/crystal_structure_immediate_database_entry.h>
+#include <stores/entry_origin.h>
 
 #include <memory>
 #include <string>
+#include <vector>
 
 using StoredEntry = CrystalStructureImmediateDatabaseEntry;
 
@@ -25,20 +27,24 @@ enum class Duplicates {
 // `unchanged` is an entry that is there already, the same byte for byte.
 enum class PutResult { added, replaced, unchanged, kept, refused };
 
-// Where an entry came from, for those sinks that keep it. May be empty.
-struct PutOrigin {
-  std::string file;
-  std::string block;
-};
-
 class EntrySink {
  public:
+  // An entry to be put, which is only read.
+  struct Put {
+    const StoredEntry* entry;
+    EntryOrigin origin;
+  };
+
   EntrySink() = default;
   EntrySink(const EntrySink&) = delete;
   EntrySink& operator=(const EntrySink&) = delete;
   virtual ~EntrySink() = default;
 
-  virtual PutResult put(const StoredEntry& entry, const PutOrigin& origin = {}) = 0;
+  // What has become of each, in their order. A store has them then, in one transaction.
+  virtual std::vector<PutResult> put_all(const std::vector<Put>& entries) = 0;
+  PutResult put(const StoredEntry& entry, const EntryOrigin& origin = {}) {
+    return put_all({{&entry, origin}}).front();
+  }
   // Once, after the last entry. Gives what has come of it, in words: "745 bytes in x.dbe".
   virtual std::string commit() = 0;
 };
@@ -46,6 +52,9 @@ class EntrySink {
 // "-" is standard output; it gets nothing before commit() when `held` or when entries may be replaced.
 [[nodiscard]] std::unique_ptr<EntrySink> open_archive_sink(const std::string& path, Duplicates duplicates,
                                                            bool held = false);
+
+// A store, which is there already. Never Duplicates::both.
+[[nodiscard]] std::unique_ptr<EntrySink> open_store_sink(const std::string& place, Duplicates duplicates);
 
 // keep, replace or refuse; the empty name gives `usual`. Throws ToolError (usage) for another name.
 [[nodiscard]] Duplicates duplicates_rule(const std::string& name, Duplicates usual);

@@ -75,7 +75,8 @@ void Outputs::check_kind(const Output& output) const {
     }
     return;
   }
-  if (by_force_ || !regular_file(output.path, STDOUT_FILENO)) return;
+  const bool is_changed_only = output.kind == FileKind::unknown;
+  if (by_force_ || is_changed_only || !regular_file(output.path, STDOUT_FILENO)) return;
   const FileKind old = kind_of_file(output.path);
   if (old == FileKind::empty || old == output.kind) return;
   throw ToolError(ExitCode::usage,

@@ -30,6 +30,11 @@ class Outputs {
     if (!path.empty()) outputs_.push_back({option, path, kind});
   }
 
+  // A store that the command puts entries into: what it holds stays.
+  void changed(const std::string& option, const std::string& path) {
+    if (!path.empty()) outputs_.push_back({option, path, FileKind::unknown});
+  }
+
   void check() const;
 
  private:

@@ -46,7 +46,7 @@ TEST(Extract, WritesNothingWhenAnEntryIsMissing) {
 
 TEST(Extract, WantsToKnowWhatAndWhere) {
   EXPECT_EQ(run({"extract", archive, "ABCDEF01"}).messages,
-            "dbentry: extract: -o FILE says where the entries go\n");
+            "dbentry: extract: -o FILE or --into STORE says where the entries go\n");
   EXPECT_EQ(run({"extract", archive, "-o", "x"}).messages,
             "dbentry: extract: which entries? Name at least one identifier\n");
 }
