@@ -25,10 +25,14 @@ inline THandle<CrystalMaker> sample_crystal_maker() {
 // Crystal, diagram, connectivity and matches are fixed when an entry is made; the records are set.
 inline CrystalStructureImmediateDatabaseEntry sample_entry() {
   const THandle<CrystalMaker> crystal_maker = sample_crystal_maker();
-  CrystalStructureImmediateDatabaseEntry entry(
-      DatabaseEntryIdentifier("ABCDEF01"), crystal_maker, crystal_maker->cell(), {}, {}, {}, {}, {}, {},
-      THandle<ConnectivityInfo>(new ConnectivityInfo), {}, {}, {}, {}, {}, {}, {});
   // begin records
+  ComponentHandles fixed;
+  fixed[component_row<ComponentKind::crystal_maker>] = crystal_maker;
+  fixed[component_row<ComponentKind::cell>] = crystal_maker->cell();
+  fixed[component_row<ComponentKind::connectivity_info>] = THandle<ConnectivityInfo>::make();
+  CrystalStructureImmediateDatabaseEntry entry =
+      CrystalStructureImmediateDatabaseEntry::from(DatabaseEntryIdentifier("ABCDEF01"), fixed);
+
   const THandle<Publication> publication(
       new Publication({"A.B.Smith", "C.Jones"}, Journal(4), "101", 1979, "2345"));
   entry.set_publication(publication);
