@@ -1,64 +1,99 @@
 // A CIF text as blocks of values, before anyone says what they mean.
-// Internal: callers want exchange/cif_import.h.
+// Internal: callers want exchange/cif_reader.h.
 //
-// Its source is the only one that knows the CIF reader, whose classes hold vectors of themselves: clang++
+// A file is parsed region by region, so that only a part of it is in memory as values. A region begins where
+// a line begins with data_ or global_, and mostly is one block.
+//
+// Its source is the only one that knows the CIF parser, whose classes hold vectors of themselves: clang++
 // refuses them where the standard library's vector is constexpr. So that source is C++17, and this header
 // too.
 #pragma once
 
-#include <exchange/cif_error.h>
-
+#include <cstddef>
 #include <memory>
-#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "exchange/cif/error.h"
 
 namespace gemmi::cif {
 struct Block;
 struct Document;
+struct Item;
 }  // namespace gemmi::cif
 
-// The text of a value as it stands in the file: without its quotes, empty for '?' and '.'.
-[[nodiscard]] std::string cif_string(const std::string& raw);
+struct CifRegion {
+  // What a glance at the lines says of it.
+  enum Contents { neither_cell_nor_atoms, cell, unclear };
 
-struct CifValue {
-  std::string raw;  // with its quotes
-  int line = 0;     // of the tag, or of the loop
+  std::size_t begin = 0;
+  std::size_t end = 0;
+  int line = 0;  // of its begin, from 1
+  Contents contents = neither_cell_nor_atoms;
 };
 
-struct CifTable {
-  int line = 0;                                // of the loop; 0 where each tag has one value
-  std::vector<std::vector<std::string>> rows;  // raw values; empty for a column that lacks
+// Together they are the whole text, whose lines end with LF. What precedes the first block belongs to the
+// first region.
+[[nodiscard]] std::vector<CifRegion> cif_regions(std::string_view text);
+
+// The raw values of a tag in one block, with their quotes.
+struct CifColumn {
+  const std::string* first = nullptr;
+  std::size_t stride = 0;
+  std::size_t count = 0;
+  int line = 0;                // of the tag, or of its loop
+  const void* loop = nullptr;  // the same for the tags of one loop; null outside loops
+
+  explicit operator bool() const { return count != 0; }
+  const std::string& operator[](std::size_t row) const { return first[row * stride]; }
 };
 
-// One block of a document, which it must not outlive.
+// One block. It must not outlive its document.
 class CifBlock {
  public:
-  explicit CifBlock(gemmi::cif::Block& block) : block_(&block) {}
+  // Throws CifError for a tag without a value, and for one that occurs twice.
+  explicit CifBlock(const gemmi::cif::Block& block);
 
-  // Empty for global_.
+  // Empty for global_, "#" for a bare data_.
   [[nodiscard]] const std::string& name() const;
   // The line of the first value; 0 for an empty block.
   [[nodiscard]] int first_line() const;
-  // Whether there is a value other than '?' and '.'.
-  [[nodiscard]] bool has_any_value(const char* tag) const;
-  // In the order of the file.
-  [[nodiscard]] std::vector<CifValue> values(const char* tag) const;
-  // The columns by their tags behind the prefix, of which those that begin with '?' may lack. None when
-  // another lacks.
-  [[nodiscard]] std::optional<CifTable> table(const char* prefix,
-                                              const std::vector<std::string>& columns) const;
+  // By the position of the tag in the table of tags; without values where the block does not have it.
+  [[nodiscard]] const CifColumn& column(std::size_t tag) const { return columns_[tag]; }
+  // Those that are not in the table and have a value.
+  [[nodiscard]] std::vector<std::string> other_tags() const;
+  // Those of our own prefix that are not in the table, with their columns.
+  struct Own {
+    std::string tag;
+    CifColumn column;
+  };
+  [[nodiscard]] const std::vector<Own>& own_tags() const { return own_; }
+  [[nodiscard]] bool has_frames() const { return has_frames_; }
 
  private:
-  gemmi::cif::Block* block_;
+  struct Other {
+    const std::string* tag;
+    CifColumn column;
+  };
+
+  void take(const std::string& tag, const CifColumn& column);
+
+  const gemmi::cif::Block* block_;
+  std::vector<CifColumn> columns_;
+  std::vector<Other> others_;
+  std::vector<Own> own_;
+  bool has_frames_ = false;
 };
 
 class CifDocument {
  public:
-  // Line ends may be LF, CRLF or CR. Throws CifError.
-  explicit CifDocument(const std::string& text);
+  // The blocks of one region. Throws CifError.
+  CifDocument(std::string_view text, const CifRegion& region);
   CifDocument(const CifDocument&) = delete;
   CifDocument& operator=(const CifDocument&) = delete;
+  CifDocument(CifDocument&&) noexcept;
+  CifDocument& operator=(CifDocument&&) noexcept;
   ~CifDocument();
 
   [[nodiscard]] const std::vector<CifBlock>& blocks() const { return blocks_; }

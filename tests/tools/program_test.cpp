@@ -312,7 +312,7 @@ TEST(Import, TakesTheGoodFilesAndReportsTheBroken) {
             "first\tMüller, A. B.; O'Hara, C.\tL12\t192\t2\nC7654321\tMüller, A. B.; O'Hara, C.\t15\t2\t1\n");
   const std::string report = contents_of_file(folder.file("r.jsonl"));
   EXPECT_EQ(std::count(report.begin(), report.end(), '\n'), 3);
-  EXPECT_THAT(report, HasSubstr("\"published_bonds\":1,\"absent\":[\"source\",\"color\""));
+  EXPECT_THAT(report, HasSubstr("\"published_bonds\":1,\"absent\":[\"bioactivity\",\"source\",\"color\""));
   EXPECT_THAT(report,
               HasSubstr("{\"status\":\"error\",\"file\":\"" + broken + "\",\"line\":3,\"column\":1,"));
 }
@@ -336,7 +336,7 @@ TEST(Import, TellsAPersonHowFarItIs) {
   std::thread writer([&slow] {
     std::ofstream file(slow);  // waits until the import reads
     std::this_thread::sleep_for(std::chrono::milliseconds(110));
-    file << "data_slow\n_journal_year 1\n";
+    file << "data_slow\n_cell_length_a 1\n";
   });
   EXPECT_EQ(Program({"import", slow, invented, "--dry-run"}).messages_to(terminal.name()).run().code, 0);
   writer.join();
@@ -356,9 +356,9 @@ TEST(Import, WarnsOfAnIdentifierThatComesTwice) {
 
 TEST(Import, FindsTheFilesOfAFolderByNameAndInOrder) {
   const TemporaryFolder folder;
-  folder.with("cif/b.cif", "data_b\n_journal_year 1\n");
-  folder.with("cif/deep/c.CIF", "data_c\n_journal_year 1\n");
-  folder.with("cif/a.cif", "data_a\n_journal_year 1\n");
+  folder.with("cif/b.cif", "data_b\n_cell_length_a 1\n");
+  folder.with("cif/deep/c.CIF", "data_c\n_cell_length_a 1\n");
+  folder.with("cif/a.cif", "data_a\n_cell_length_a 1\n");
   folder.with("cif/readme.txt", "no CIF");
   EXPECT_EQ(run({"import", folder.file("cif"), "-o", folder.file("x.dbe")}).code, 0);
   EXPECT_EQ(run({"list", folder.file("x.dbe"), "-c", "identifier"}).out, "a\nb\nc\n");

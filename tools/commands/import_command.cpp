@@ -1,5 +1,4 @@
-#include <exchange/cif_import.h>
-#include <exchange/journal_finder.h>
+#include <exchange/cif_reader.h>
 #include <fmt/format.h>
 #include <fmt/ostream.h>
 #include <sys/stat.h>
@@ -10,6 +9,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <optional>
 #include <ostream>
 
 #include "tools/commands/commands.h"
@@ -121,15 +121,11 @@ class Import {
   }
 
   void import_file(const std::string& file) {
-    std::vector<ImportedEntry> imported;
+    const std::size_t errors_before = errors_;
+    const std::size_t entries_before = entries_;
+    std::string text;
     try {
-      imported = import_cif(contents(file), fs::path(file).stem().string(), journals_);
-    } catch (const CifError& error) {
-      const CifFault& fault = error.fault;
-      const std::string block = fault.block.empty() ? "" : fmt::format("data_{}: ", fault.block);
-      fail(file, fault.line, fault.column, fmt::format("{}:{}:{}", file, fault.line, fault.column),
-           block + fault.reason, fault.hint);
-      return;
+      text = contents(file);
     } catch (const ToolError& error) {
       // The message begins with the name of the file.
       fail(file, 0, 0, "", error.what(), "");
@@ -137,11 +133,45 @@ class Import {
     } catch (const std::bad_alloc&) {
       fail(file, 0, 0, file, "not enough memory", "");
       return;
+    }
+    ReaderOptions options;
+    options.file_stem = fs::path(file).stem().string();
+    CifReader reader(text, options);
+    while (std::optional<ImportResult> result = next_result(reader, file)) take_result(file, *result);
+    if (entries_ == entries_before && errors_ == errors_before) ++errors_;
+  }
+
+  std::optional<ImportResult> next_result(CifReader& reader, const std::string& file) {
+    try {
+      return reader.next();
+    } catch (const std::bad_alloc&) {
+      fail(file, 0, 0, file, "not enough memory", "");
     } catch (const std::exception& error) {
       fail(file, 0, 0, file, error.what(), "");
-      return;
     }
-    for (ImportedEntry& entry : imported) take(file, entry);
+    return std::nullopt;
+  }
+
+  void take_result(const std::string& file, ImportResult& result) {
+    const std::string block = result.block.empty() ? "" : fmt::format("data_{}: ", result.block);
+    switch (result.status) {
+      case ImportResult::imported:
+        take(file, result);
+        break;
+      case ImportResult::skipped:
+        progress_.clear();
+        fmt::print(terminal_.messages, "{}:{}: no entry: {}{}\n", file, result.line, block, result.reason);
+        add_to_report({{"status", "skipped"},
+                       {"file", file},
+                       {"block", result.block},
+                       {"line", result.line},
+                       {"reason", result.reason}});
+        break;
+      case ImportResult::error:
+        fail(file, result.line, result.column, fmt::format("{}:{}:{}", file, result.line, result.column),
+             block + result.reason, result.hint);
+        break;
+    }
   }
 
   void fail(const std::string& file, int line, int column, const std::string& place,
@@ -156,7 +186,7 @@ class Import {
     add_to_report(record);
   }
 
-  void take(const std::string& file, ImportedEntry& imported) {
+  void take(const std::string& file, ImportResult& imported) {
     const std::string identifier = identifier_of(*imported.entry);
     const auto [earlier, is_new] = files_by_identifier_.emplace(identifier, file);
     if (!is_new) {
@@ -179,7 +209,7 @@ class Import {
     if (report_ != nullptr) report_->write(json_line(record) + "\n");
   }
 
-  static Json record_of(const std::string& file, const ImportedEntry& imported) {
+  static Json record_of(const std::string& file, const ImportResult& imported) {
     Json warnings = Json::array();
     for (const ImportWarning& warning : imported.warnings) {
       warnings.push_back({{"line", warning.line}, {"text", warning.text}});
@@ -195,6 +225,7 @@ class Import {
             {"symmetry_operators_from", imported.operators_from},
             {"published_bonds", geometry.is_null() ? 0 : geometry->bonds->size()},
             {"absent", imported.absent},
+            {"not_kept", imported.not_kept},
             {"warnings", warnings}};
   }
 
@@ -204,7 +235,6 @@ class Import {
   Progress progress_;
   std::unique_ptr<AtomicFile> report_;
   std::unique_ptr<EntrySink> output_;
-  JournalFinder journals_;
   std::map<std::string, std::string> files_by_identifier_;
   std::size_t files_done_ = 0;
   std::size_t entries_ = 0;

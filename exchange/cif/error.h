@@ -1,8 +1,8 @@
 // Why a text is not CIF, and where.
+// Internal: callers see it as an ImportResult, exchange/import_result.h.
 #pragma once
 
-#include <exchange/export.h>
-
+#include <cstddef>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -13,10 +13,13 @@ struct CifFault {
   std::string block;  // the name of the data block, empty before the first one
   std::string reason;
   std::string hint;  // a way out; may be empty
+  // Where the byte is that no CIF may hold there; the reason is then that.
+  std::size_t stray = no_stray_byte;
+
+  static constexpr std::size_t no_stray_byte = static_cast<std::size_t>(-1);
 };
 
-// The text is not CIF. No entry of it is taken.
-class EXCHANGE_EXPORT CifError : public std::runtime_error {
+class CifError : public std::runtime_error {
  public:
   explicit CifError(CifFault found) : std::runtime_error(found.reason), fault(std::move(found)) {}
 

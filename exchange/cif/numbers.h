@@ -1,5 +1,5 @@
-// What a CIF value says, as text and as number.
-// Internal: callers want exchange/cif_import.h.
+// What a CIF value says as a number.
+// Internal: callers want exchange/cif_reader.h.
 #pragma once
 
 #include <mathematics/uncertain_value.h>
@@ -7,11 +7,13 @@
 #include <optional>
 #include <string>
 
-#include "exchange/cif/readable_text.h"
-
 // "5.26(4)" is 5.26 with the standard uncertainty 0.04, "0.8330" is 0.833 without one. No value when the text
 // is anything else or does not fit a double.
 [[nodiscard]] std::optional<UncertainValue> cif_number(const std::string& text);
 
 // A whole number in the range of an int, digits and a sign only.
 [[nodiscard]] std::optional<int> cif_integer(const std::string& text);
+
+// How far the value of such a number may be from the true one: the greater of its uncertainty and half a unit
+// of its last digit.
+[[nodiscard]] double cif_number_margin(const std::string& text);

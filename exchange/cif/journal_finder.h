@@ -1,31 +1,33 @@
 // Finds the journal that a CIF file names in the journal table.
+// Internal: callers want exchange/cif_reader.h.
 //
-//   JournalFinder finder;
-//   finder.find("JACSAT", "Journal of the American Chemical Society")   // Journal(4)
+//   JournalFinder::instance().find("JACSAT", "Journal of the American Chemical Society")   // Journal(4)
 //
 // A CODEN decides alone. Without one the title decides: it is the journal's own, or its words are what the
 // abbreviated words of just one journal stand for ("J.Am.Chem.Soc."). Case, "of", "the" and the like and a
-// range of years in brackets behind the title do not count.
+// range of years in brackets after the title do not count.
 //
 // A journal that the table does not hold keeps the title and the CODEN that the file gave, under the first
-// number behind the table; a file that names no journal gives the unknown journal of that number.
+// number after the table; a file that names no journal gives the unknown journal of that number.
 #pragma once
 
 #include <database_entry/records/journal.h>
-#include <exchange/export.h>
 
 #include <map>
 #include <string>
 #include <vector>
 
-class EXCHANGE_EXPORT JournalFinder {
+class JournalFinder {
  public:
-  JournalFinder();
+  // Built once: the table is constant.
+  [[nodiscard]] static const JournalFinder& instance();
 
   // Either text may be empty.
   [[nodiscard]] Journal find(const std::string& coden, const std::string& title) const;
 
  private:
+  JournalFinder();
+
   struct Titled {
     std::vector<std::string> words;  // an abbreviated one ends in a full stop
     int coden = 0;

@@ -1,4 +1,5 @@
-#include <exchange/journal_finder.h>
+#include "exchange/cif/journal_finder.h"
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -15,8 +16,7 @@ struct JournalCase {
 class FoundJournal : public testing::TestWithParam<JournalCase> {};
 
 TEST_P(FoundJournal, IsOfTheListOrKeepsWhatTheFileSays) {
-  const JournalFinder finder;
-  const Journal journal = finder.find(GetParam().coden, GetParam().title);
+  const Journal journal = JournalFinder::instance().find(GetParam().coden, GetParam().title);
   EXPECT_EQ(journal.coden(), GetParam().number) << GetParam().reason;
   EXPECT_EQ(journal.international_coden(), GetParam().international_coden) << GetParam().reason;
   EXPECT_EQ(journal.name(), GetParam().name) << GetParam().reason;
@@ -36,7 +36,7 @@ INSTANTIATE_TEST_SUITE_P(
         JournalCase{"", "Journal of the American Chemical Society", 4, "JACSAT", "J.Am.Chem.Soc.",
                     "what the abbreviations stand for"},
         JournalCase{"", "Acta Crystallographica (1,1948-23,1967)", 1, "ACCRA9", "Acta Crystallogr.",
-                    "years behind the title"},
+                    "years after the title"},
         JournalCase{"", "Acta Crystallographica Section B", 1419, "Unknown",
                     "Acta Crystallographica Section B", "another journal, though it begins alike"},
         JournalCase{"", "Crystal Structures", 1419, "Unknown", "Crystal Structures", "a book"}));

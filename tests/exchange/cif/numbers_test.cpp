@@ -1,40 +1,8 @@
-#include "exchange/cif/text.h"
+#include "exchange/cif/numbers.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-struct TextCase {
-  const char* cif;
-  const char* text;
-  const char* reason;
-};
-
-class ReadableText : public testing::TestWithParam<TextCase> {};
-
-TEST_P(ReadableText, IsOneLineOfLetters) {
-  EXPECT_EQ(readable_text(GetParam().cif), GetParam().text) << GetParam().reason;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, ReadableText,
-    testing::Values(TextCase{"", "", "nothing stays nothing"},
-                    TextCase{" \t ", "", "blanks alone are nothing"},
-                    TextCase{"  Lead  Oxide ", "Lead Oxide", "blanks at the ends and in runs"},
-                    TextCase{"Journal of\nInvented\r\nStructures", "Journal of Invented Structures", "lines"},
-                    TextCase{"a\001b\177c", "a b c", "control characters have no place in a summary"},
-                    TextCase{"M\\\"uller", "Müller", "umlaut"}, TextCase{"Andr\\'e", "André", "acute"},
-                    TextCase{"Fran\\,cois", "François", "cedilla"},
-                    TextCase{"Dvo\\<r\\'ak", "Dvořák", "two codes in a word"},
-                    TextCase{"\\%angstr\\\"om", "ångström", "a ring, and an umlaut behind it"},
-                    TextCase{"Stra\\&sburger", "Straßburger", "sharp s"},
-                    TextCase{"\\/Orsted, \\/Lukasz", "Ørsted, Łukasz", "strokes"},
-                    TextCase{"Mo K\\a", "Mo Kα", "Greek"}, TextCase{"\\W", "Ω", "Greek capital"},
-                    TextCase{"a\\", "a\\", "a code without a letter"},
-                    TextCase{"\\'q", "\\'q", "a letter that has no such accent"},
-                    TextCase{"Al Cl~3~", "Al Cl~3~", "lowered text stays as it stands"},
-                    TextCase{"Fe^2+^", "Fe^2+^", "raised text stays as it stands"},
-                    TextCase{"N'chwaning", "N'chwaning", "an apostrophe is no code"}));
 
 struct NumberCase {
   const char* cif;

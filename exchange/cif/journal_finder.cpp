@@ -1,5 +1,6 @@
+#include "exchange/cif/journal_finder.h"
+
 #include <database_entry/foundations/archive_encodings.h>
-#include <exchange/journal_finder.h>
 #include <utilities/archive.h>
 
 #include <algorithm>
@@ -65,6 +66,11 @@ Journal kept_journal(const std::string& coden, const std::string& title) {
 }
 
 }  // namespace
+
+const JournalFinder& JournalFinder::instance() {
+  static const JournalFinder finder;
+  return finder;
+}
 
 JournalFinder::JournalFinder() {
   for (int coden = 1; coden <= Journal::max_vorn_coden(); ++coden) {
