@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <optional>
 #include <tao/pegtl.hpp>
 #include <type_traits>
@@ -317,7 +318,13 @@ class Meaning {
     return value;
   }
 
-  [[nodiscard]] double rounded(long double value) const { return static_cast<double>(value); }
+  [[nodiscard]] double rounded(long double value) const {
+    const auto result = static_cast<double>(value);
+    if (!std::isfinite(result)) {
+      fail_at(Kind::wrong_type, written_.value_offset, "the tolerance leads beyond the range of a double");
+    }
+    return result;
+  }
 
   [[nodiscard]] ConditionPointer range(const PropertyName& property, std::optional<double> lower,
                                        std::optional<double> upper) const {

@@ -137,6 +137,7 @@ TEST(EntryQueryError, OfTheShortFormNamesTheColumnAndWhatWasExpected) {
       {"year=1990..1960", Kind::wrong_type, 6, "the range ends before it begins"},
       {"a=4.5~-1", Kind::wrong_type, 3, "a tolerance is not negative"},
       {"a=1e999", Kind::wrong_type, 3, "the number is not within the range of a double"},
+      {"a=1e308~1000%", Kind::wrong_type, 3, "the tolerance leads beyond the range of a double"},
       {"cell~5", Kind::wrong_type, 5, "a cell is compared by '=' alone"},
       {"cell=4 5 6", Kind::wrong_type, 6, "expected alpha of the cell, found the end"},
       {"cell=4 5 6 90 90 90 ~ 1 x", Kind::wrong_type, 6, "expected the end of the cell, found 'x'"},
