@@ -42,7 +42,9 @@ const SharedObjects& EntryDecoder::objects_of(int kind) {
   for_each_component([&](auto component) {
     if (static_cast<int>(component.kind) == kind) static_cast<void>(get(component));
   });
-  return objects_[static_cast<std::size_t>(kind) - 1];
+  static const SharedObjects none;
+  const auto& objects = objects_[static_cast<std::size_t>(kind) - 1];
+  return objects == nullptr ? none : *objects;
 }
 
 THandle<CrystalStructureImmediateDatabaseEntry> decode(const EntryBytes& bytes, ByteStreams& streams) {

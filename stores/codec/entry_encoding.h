@@ -13,6 +13,7 @@
 
 #include <array>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -58,18 +59,18 @@ class EntryDecoder {
   [[nodiscard]] THandle<typename Row::Type> get(const Row& component);
 
  private:
+  // A null handle owns a count, and most components of a source are never asked for.
   template <class T>
-  struct Obtained {
-    bool is_obtained = false;
-    THandle<T> handle;
-  };
+  using Obtained = std::optional<THandle<T>>;
 
+  template <class Row>
+  THandle<typename Row::Type> decoded(const std::string& bytes);
   const SharedObjects& objects_of(int kind);
 
   Fetch fetch_;
   ByteStreams& streams_;
   PerComponent<Obtained> obtained_;
-  std::array<SharedObjects, component_count> objects_;
+  std::array<std::unique_ptr<const SharedObjects>, component_count> objects_;  // null where there are none
 };
 
 // The whole entry.
@@ -79,37 +80,41 @@ class EntryDecoder {
 template <class Row>
 THandle<typename Row::Type> EntryDecoder::get(const Row& component) {
   auto& known = obtained_[component];
-  if (known.is_obtained) return known.handle;
-  const std::optional<std::string> bytes = fetch_(Row::kind);
-  THandle<typename Row::Type> handle;
-  SharedObjects own;
-  if (bytes) {
-    handle = THandle<typename Row::Type>::make();
-    try {
-      // What a layout refers to is fetched before its own bytes are read: the two share the streams.
-      if constexpr (Row::archived) {
-        streams_.read(*bytes, [&](Archive& archive) { handle->read(archive); });
-      } else {
-        ByteStreams streams;
-        streams.read(*bytes, [&](Archive& archive) {
-          read_layout(
-              archive, [this](int kind) -> const SharedObjects& { return objects_of(kind); }, own, *handle);
-        });
-      }
-    } catch (const ArchiveError& error) {
-      throw ComponentFault(Row::kind, error.what());
-    } catch (const std::invalid_argument& error) {
-      throw ComponentFault(Row::kind, error.what());
-    }
-    if constexpr (Row::kind == ComponentKind::crystal_maker)
-      std::get<ObjectTable<Atom>>(own) = handle->atoms();
-    if constexpr (Row::kind == ComponentKind::connectivity_info) {
-      std::get<ObjectTable<ConnectivityAtom>>(own) = handle->connectivity()->atoms;
-      std::get<ObjectTable<ConnectivityBond>>(own) = handle->connectivity()->bonds;
-    }
+  if (!known) {
+    const std::optional<std::string> bytes = fetch_(Row::kind);
+    known.emplace(bytes ? decoded<Row>(*bytes) : THandle<typename Row::Type>());
   }
-  objects_[slot(Row::kind)] = std::move(own);
-  known.handle = handle;
-  known.is_obtained = true;
+  return *known;
+}
+
+template <class Row>
+THandle<typename Row::Type> EntryDecoder::decoded(const std::string& bytes) {
+  auto handle = THandle<typename Row::Type>::make();
+  SharedObjects own;
+  try {
+    if constexpr (Row::archived) {
+      streams_.read(bytes, [&](Archive& archive) { handle->read(archive); });
+    } else {
+      // Other components may be read on the way, so the shared streams are not free.
+      ByteStreams streams;
+      const FetchObjects fetch = [this](int kind) -> const SharedObjects& { return objects_of(kind); };
+      streams.read(bytes, [&](Archive& archive) { read_layout(archive, fetch, own, *handle); });
+    }
+  } catch (const ArchiveError& error) {
+    throw ComponentFault(Row::kind, error.what());
+  } catch (const std::invalid_argument& error) {
+    throw ComponentFault(Row::kind, error.what());
+  }
+  if constexpr (Row::kind == ComponentKind::crystal_maker) {
+    std::get<ObjectTable<Atom>>(own) = handle->atoms();
+  }
+  if constexpr (Row::kind == ComponentKind::connectivity_info) {
+    std::get<ObjectTable<ConnectivityAtom>>(own) = handle->connectivity()->atoms;
+    std::get<ObjectTable<ConnectivityBond>>(own) = handle->connectivity()->bonds;
+  }
+  if constexpr (!Row::archived || Row::kind == ComponentKind::crystal_maker ||
+                Row::kind == ComponentKind::connectivity_info) {
+    objects_[slot(Row::kind)] = std::make_unique<const SharedObjects>(std::move(own));
+  }
   return handle;
 }

@@ -27,6 +27,15 @@ class ComponentReader {
   [[nodiscard]] virtual std::string place() const = 0;
 
   [[nodiscard]] virtual std::optional<EntryHead> find(const std::string& identifier) = 0;
+  // The number alone, and the head of a number with the bytes of one component: what a source asks first. A
+  // number is never given to another entry. One question each; here made of find() and component().
+  [[nodiscard]] virtual std::optional<std::int64_t> number_of(const std::string& identifier);
+  struct First {
+    EntryHead head;
+    std::optional<std::string> bytes;
+  };
+  [[nodiscard]] virtual std::optional<First> first(std::int64_t number, const std::string& identifier,
+                                                   ComponentKind kind);
   // The archive bytes of one component, not checked; nothing where they are missing. One question.
   [[nodiscard]] virtual std::optional<std::string> component(const EntryHead& head, ComponentKind kind) = 0;
   // An entry with all components, as one state. One question. What is missing or cannot be unpacked is

@@ -47,37 +47,43 @@ std::uint64_t component_hash(ComponentKind kind, std::string_view bytes) {
   return hash_of(bytes, static_cast<std::uint64_t>(kind));
 }
 
-std::string packed_hashes(const EntryHead& head) {
-  std::string packed;
-  for_each_component([&](auto component) {
-    if (head.has(component.kind)) append(packed, head.hashes[slot(component.kind)]);
-  });
-  return packed;
-}
-
-bool unpack_hashes(std::string_view packed, EntryHead& head) {
-  head.hashes = {};
-  constexpr std::uint32_t all_kinds = ((1U << component_count) - 1) << 1;
-  if ((head.components & ~all_kinds) != 0) return false;
-  if (packed.size() != 8 * static_cast<std::size_t>(std::popcount(head.components))) return false;
-  for_each_component([&](auto component) {
-    if (!head.has(component.kind)) return;
-    head.hashes[slot(component.kind)] = taken(packed);
-    packed.remove_prefix(8);
-  });
-  return true;
-}
-
-std::int64_t row_digest(const EntryHead& head, const EntryOrigin& origin) {
+std::uint64_t row_digest(const EntryHead& head, const EntryOrigin& origin) {
   std::string bytes;
   append_text(bytes, head.identifier);
   append(bytes, head.components, 4);
-  bytes += packed_hashes(head);
+  for (const std::uint64_t hash : head.hashes) append(bytes, hash);
   append_text(bytes, origin.file);
   append_text(bytes, origin.block);
   append_text(bytes, origin.sha256);
   append(bytes, static_cast<std::uint64_t>(origin.stored_at));
-  return std::bit_cast<std::int64_t>(hash_of(bytes));
+  return hash_of(bytes);
+}
+
+std::string packed_head(const EntryHead& head, const EntryOrigin& origin) {
+  std::string packed;
+  append(packed, head.components, 4);
+  for_each_component([&](auto component) {
+    if (head.has(component.kind)) append(packed, head.hashes[slot(component.kind)]);
+  });
+  append(packed, row_digest(head, origin));
+  return packed;
+}
+
+std::optional<std::uint64_t> unpack_head(std::string_view packed, EntryHead& head) {
+  constexpr std::uint32_t all_kinds = ((1U << component_count) - 1) << 1;
+  if (packed.size() < 4) return std::nullopt;
+  head.components = static_cast<std::uint32_t>(taken(packed, 4));
+  packed.remove_prefix(4);
+  if ((head.components & ~all_kinds) != 0) return std::nullopt;
+  if (packed.size() != 8 * (static_cast<std::size_t>(std::popcount(head.components)) + 1))
+    return std::nullopt;
+  for (std::size_t index = 0; index < component_count; ++index) {
+    head.hashes[index] = 0;
+    if (!head.has(static_cast<ComponentKind>(index + 1))) continue;
+    head.hashes[index] = taken(packed);
+    packed.remove_prefix(8);
+  }
+  return taken(packed);
 }
 
 StoredEntry prepare(const CrystalStructureDatabaseEntry& entry, const EntryOrigin& origin,

@@ -35,13 +35,14 @@ struct EntryHead {
   }
 };
 
-// The hashes of the components that are there, in the order of their kinds, eight bytes each, little-endian;
-// and back: false for a text of another length.
-[[nodiscard]] std::string packed_hashes(const EntryHead& head);
-[[nodiscard]] bool unpack_hashes(std::string_view packed, EntryHead& head);
-
 // Over what a head and an origin say, so that a change to either is seen.
-[[nodiscard]] std::int64_t row_digest(const EntryHead& head, const EntryOrigin& origin);
+[[nodiscard]] std::uint64_t row_digest(const EntryHead& head, const EntryOrigin& origin);
+
+// What is kept of a head beside its number and identifier: the components as four bytes, the hash of each
+// that is there in the order of their kinds, and the digest, eight bytes each, all little-endian. Reading
+// gives the digest; nothing for bytes that are no head.
+[[nodiscard]] std::string packed_head(const EntryHead& head, const EntryOrigin& origin);
+[[nodiscard]] std::optional<std::uint64_t> unpack_head(std::string_view packed, EntryHead& head);
 
 struct StoredEntry {
   EntryHead head;

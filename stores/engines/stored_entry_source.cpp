@@ -5,24 +5,52 @@
 
 ComponentReader::~ComponentReader() = default;
 
+std::optional<std::int64_t> ComponentReader::number_of(const std::string& identifier) {
+  const auto head = find(identifier);
+  if (!head) return std::nullopt;
+  return head->number;
+}
+
+std::optional<ComponentReader::First> ComponentReader::first(std::int64_t /*number*/,
+                                                             const std::string& identifier,
+                                                             ComponentKind kind) {
+  auto head = find(identifier);
+  if (!head) return std::nullopt;
+  First first = {std::move(*head), std::nullopt};
+  if (first.head.has(kind)) first.bytes = component(first.head, kind);
+  return first;
+}
+
 namespace {
+
+// Throws DamagedStore unless the bytes are those that were stored.
+void check_component(const std::string& place, const std::string& entry, const EntryHead& head,
+                     ComponentKind kind, const std::optional<std::string>& bytes) {
+  if (bytes && component_hash(kind, *bytes) == head.hashes[slot(kind)]) return;
+  throw DamagedStore({place, entry, entry.empty() ? "" : component_label(kind)},
+                     bytes ? "its bytes are not those that were stored (their hash differs)"
+                           : "its bytes are missing or cannot be unpacked");
+}
 
 class StoredEntrySource : public CrystalStructureDatabaseEntryDataSource {
  public:
-  StoredEntrySource(std::shared_ptr<ComponentReader> reader, EntryHead head)
+  StoredEntrySource(std::shared_ptr<ComponentReader> reader, const std::string& identifier,
+                    std::int64_t number)
       : reader_(std::move(reader)),
-        head_(std::move(head)),
+        identifier_(identifier),
+        number_(number),
         decoder_([this](ComponentKind kind) { return bytes(kind); }, reader_->streams()) {}
   StoredEntrySource(std::shared_ptr<ComponentReader> reader, ComponentReader::Whole whole)
-      : StoredEntrySource(std::move(reader), std::move(whole.head)) {
-    prefetched_ = std::move(whole.bytes);
+      : StoredEntrySource(std::move(reader), whole.head.identifier, whole.head.number) {
+    prefetched_ = std::make_unique<EntryBytes>(std::move(whole.bytes));
+    head_.emplace(std::move(whole.head));
   }
   // The decoder asks this very object.
   StoredEntrySource(const StoredEntrySource&) = delete;
   StoredEntrySource& operator=(const StoredEntrySource&) = delete;
 
   [[nodiscard]] DatabaseEntryIdentifier identifier() const override {
-    return DatabaseEntryIdentifier(head_.identifier);
+    return DatabaseEntryIdentifier(identifier_);
   }
 
 #define STORED_COMPONENT(number, name, label, Type)   \
@@ -38,46 +66,64 @@ class StoredEntrySource : public CrystalStructureDatabaseEntryDataSource {
     try {
       return decoder_.get(row);
     } catch (const ComponentFault& fault) {
-      throw DamagedStore({reader_->place(), head_.identifier, component_label(fault.kind())}, fault.what());
+      throw DamagedStore({reader_->place(), identifier_, component_label(fault.kind())}, fault.what());
     }
   }
 
-  // The bytes of a component, checked.
+  // The bytes of a component, checked; nothing for a null one.
   std::optional<std::string> bytes(ComponentKind kind) const {
-    return naming(head_.identifier, component_label(kind), [&] { return checked_bytes(kind); });
-  }
-
-  std::optional<std::string> checked_bytes(ComponentKind kind) const {
-    if (!head_.has(kind)) {
-      has_answered_ = true;
-      return std::nullopt;
-    }
-    auto& kept = prefetched_.components[slot(kind)];
-    auto found = kept ? std::exchange(kept, std::nullopt) : reader_->component(head_, kind);
-    if (found && component_hash(kind, *found) == head_.hashes[slot(kind)]) {
+    return naming(identifier_, component_label(kind), [&] {
+      std::optional<std::string> found = head_ ? later_bytes(kind) : first_bytes(kind);
       has_answered_ = true;
       return found;
+    });
+  }
+
+  // The head comes with the first component that is wanted.
+  std::optional<std::string> first_bytes(ComponentKind kind) const {
+    auto first = reader_->first(number_, identifier_, kind);
+    if (!first) {
+      throw EntryStoreError({reader_->place(), "", ""}, "the entry was removed while it was read");
     }
+    if (first->head.has(kind)) {
+      check_bytes(first->head, kind, first->bytes);
+    } else {
+      first->bytes.reset();
+    }
+    head_.emplace(std::move(first->head));
+    return std::move(first->bytes);
+  }
+
+  std::optional<std::string> later_bytes(ComponentKind kind) const {
+    if (!head_->has(kind)) return std::nullopt;
+    std::optional<std::string> found;
+    if (prefetched_ != nullptr) found = std::exchange(prefetched_->components[slot(kind)], std::nullopt);
+    if (!found) found = reader_->component(*head_, kind);
+    if (found && component_hash(kind, *found) == head_->hashes[slot(kind)]) return found;
     // Either the entry was replaced since its head was read, or what is stored is damaged.
-    const auto present = reader_->find(head_.identifier);
-    if (present && present->is_like(head_)) {
-      throw DamagedStore({reader_->place(), "", ""},
-                         found ? "its bytes are not those that were stored (their hash differs)"
-                               : "its bytes are missing or cannot be unpacked");
+    const auto present = reader_->find(identifier_);
+    if (present && present->is_like(*head_)) check_bytes(*present, kind, found);
+    if (present && !has_answered_) {
+      head_.reset();
+      prefetched_.reset();
+      number_ = present->number;
+      return first_bytes(kind);
     }
-    if (!present || has_answered_) {
-      throw EntryStoreError({reader_->place(), "", ""},
-                            present ? "the entry was replaced while it was read; ask for the entry anew"
-                                    : "the entry was removed while it was read");
-    }
-    head_ = *present;
-    prefetched_ = {};
-    return checked_bytes(kind);
+    throw EntryStoreError({reader_->place(), "", ""},
+                          present ? "the entry was replaced while it was read; ask for the entry anew"
+                                  : "the entry was removed while it was read");
+  }
+
+  void check_bytes(const EntryHead& head, ComponentKind kind, const std::optional<std::string>& found) const {
+    check_component(reader_->place(), "", head, kind, found);
   }
 
   std::shared_ptr<ComponentReader> reader_;
-  mutable EntryHead head_;
-  mutable EntryBytes prefetched_;
+  std::string identifier_;
+  mutable std::int64_t number_;
+  mutable std::optional<EntryHead> head_;
+  mutable std::unique_ptr<EntryBytes>
+      prefetched_;  // what was not asked for yet; null where nothing was prefetched
   mutable EntryDecoder decoder_;
   mutable bool has_answered_ = false;
 };
@@ -100,9 +146,10 @@ THandle<CrystalStructureDatabaseEntryDataSource> make_source(const std::shared_p
       return THandle<CrystalStructureDatabaseEntryDataSource>(
           new StoredEntrySource(reader, std::move(*whole)));
     }
-    auto head = reader->find(identifier);
-    if (!head) throw_not_found(*reader, identifier);
-    return THandle<CrystalStructureDatabaseEntryDataSource>(new StoredEntrySource(reader, std::move(*head)));
+    const auto number = reader->number_of(identifier);
+    if (!number) throw_not_found(*reader, identifier);
+    return THandle<CrystalStructureDatabaseEntryDataSource>(
+        new StoredEntrySource(reader, identifier, *number));
   });
 }
 
@@ -113,11 +160,8 @@ THandle<CrystalStructureImmediateDatabaseEntry> make_entry(ComponentReader& read
     if (!whole) throw_not_found(reader, identifier);
     for_each_component([&](auto component) {
       if (!whole->head.has(component.kind)) return;
-      const auto& bytes = whole->bytes.components[slot(component.kind)];
-      if (bytes && component_hash(component.kind, *bytes) == whole->head.hashes[slot(component.kind)]) return;
-      throw DamagedStore({reader.place(), identifier, component.label},
-                         bytes ? "its bytes are not those that were stored (their hash differs)"
-                               : "its bytes are missing or cannot be unpacked");
+      check_component(reader.place(), identifier, whole->head, component.kind,
+                      whole->bytes.components[slot(component.kind)]);
     });
     try {
       return decode(whole->bytes, reader.streams());

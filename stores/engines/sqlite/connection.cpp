@@ -68,7 +68,6 @@ Connection::Connection(const std::string& path, Access access) : path_(path) {
     sqlite3_busy_timeout(database_, longest_wait);
     sqlite3_db_config(database_, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     run("PRAGMA trusted_schema = OFF");
-    run("PRAGMA cell_size_check = ON");
     run("PRAGMA mmap_size = 1099511627776");
     run("PRAGMA cache_size = -65536");
     run("PRAGMA temp_store = MEMORY");

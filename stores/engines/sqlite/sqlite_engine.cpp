@@ -28,12 +28,10 @@ std::string schema(const InitOptions& options) {
     if (column.number == 1) columns += " NOT NULL";
   });
   return "CREATE TABLE setting (name TEXT PRIMARY KEY, value INTEGER NOT NULL) WITHOUT ROWID;\n"
-         "INSERT INTO setting VALUES ('compress', " +
+         "INSERT INTO setting VALUES ('next_number', 1), ('compress', " +
          std::to_string(options.compress ? 1 : 0) +
          ");\n"
-         "CREATE TABLE entry (\n  number INTEGER PRIMARY KEY,\n  components INTEGER NOT NULL,\n  hashes BLOB "
-         "NOT NULL,\n"
-         "  digest INTEGER NOT NULL,\n  origin_time INTEGER NOT NULL" +
+         "CREATE TABLE entry (\n  number INTEGER PRIMARY KEY,\n  origin_time INTEGER NOT NULL" +
          columns +
          ");\n"
          "CREATE UNIQUE INDEX entry_identifier ON entry (identifier);\n"
@@ -59,7 +57,9 @@ std::int64_t component_key(std::int64_t number, ComponentKind kind) {
   return number * kinds_per_entry + static_cast<std::int64_t>(kind);
 }
 
-const std::string head_names = "e.number, e.identifier, e.components, e.hashes";
+// A head is where a component of kind 0 would be.
+const std::string head_names = "e.number, e.identifier, h.bytes";
+const std::string entry_with_head = " FROM entry e LEFT JOIN component h ON h.key = e.number * 32 ";
 
 // Throws EntryStoreError unless the connection is to a store; gives its version.
 std::int64_t checked_version(Connection& connection, const std::string& path) {
@@ -105,6 +105,28 @@ class SqliteEngine : public StoreEngine {
     return head(statement);
   }
 
+  [[nodiscard]] std::optional<std::int64_t> number_of(const std::string& identifier) override {
+    Statement statement = connection().statement(number_sql_);
+    statement.bind(1, identifier);
+    if (!statement.step()) return std::nullopt;
+    return statement.integer(0);
+  }
+
+  [[nodiscard]] std::optional<First> first(std::int64_t number, const std::string& identifier,
+                                           ComponentKind kind) override {
+    Statement statement = connection().statement(first_sql_);
+    statement.bind(1, number * kinds_per_entry);
+    statement.bind(2, component_key(number, kind));
+    if (!statement.step()) return std::nullopt;
+    First first;
+    first.head.number = number;
+    first.head.identifier = identifier;
+    if (statement.integer(0) != number * kinds_per_entry) damaged(no_head);
+    static_cast<void>(digest_of_head(statement.bytes(1), first.head));
+    if (statement.step()) first.bytes = unpacked(statement.bytes(1));
+    return first;
+  }
+
   [[nodiscard]] std::optional<std::string> component(const EntryHead& head, ComponentKind kind) override {
     Statement statement = connection().statement(component_sql_);
     statement.bind(1, component_key(head.number, kind));
@@ -113,23 +135,21 @@ class SqliteEngine : public StoreEngine {
   }
 
   [[nodiscard]] std::optional<Whole> find_whole(const std::string& identifier) override {
-    Statement statement = connection().statement("SELECT " + head_names +
-                                                 ", c.key & 31, c.bytes FROM entry e LEFT JOIN component c "
-                                                 "ON c.key > e.number * 32 AND c.key < e.number * 32 + 32 "
-                                                 "WHERE e.identifier = ?1");
+    Statement statement = connection().statement(
+        "SELECT e.number, c.key & 31, c.bytes FROM entry e LEFT JOIN component c ON c.key >= e.number * 32 "
+        "AND c.key < "
+        "e.number * 32 + 32 WHERE e.identifier = ?1 ORDER BY c.key");
     statement.bind(1, identifier);
     if (!statement.step()) return std::nullopt;
     Whole whole;
-    whole.head = head(statement);
-    whole.bytes.identifier = identifier;
-    do {
-      const std::int64_t kind = statement.integer(4);
-      if (kind < 1 || kind > static_cast<std::int64_t>(component_count)) continue;
-      whole.bytes.components[static_cast<std::size_t>(kind) - 1] = unpacked(statement.bytes(5));
-    } while (statement.step());
-    for_each_component([&](auto component) {
-      if (!whole.head.has(component.kind)) whole.bytes.components[slot(component.kind)].reset();
-    });
+    whole.head.number = statement.integer(0);
+    whole.head.identifier = whole.bytes.identifier = identifier;
+    if (statement.is_null(1) || statement.integer(1) != 0) damaged(no_head);
+    static_cast<void>(digest_of_head(statement.bytes(2), whole.head));
+    while (statement.step()) {
+      const auto kind = static_cast<ComponentKind>(statement.integer(1));
+      if (whole.head.has(kind)) whole.bytes.components[slot(kind)] = unpacked(statement.bytes(2));
+    }
     return whole;
   }
 
@@ -155,9 +175,12 @@ class SqliteEngine : public StoreEngine {
     try {
       work();
       flush();
+      if (next_number_) run("UPDATE setting SET value = ?1 WHERE name = 'next_number'", *next_number_);
       writer_->run("COMMIT");
+      next_number_.reset();
     } catch (...) {
       is_writing_ = false;
+      next_number_.reset();
       forget_pending();
       writer_->roll_back();
       throw;
@@ -166,8 +189,10 @@ class SqliteEngine : public StoreEngine {
   }
 
   std::int64_t insert(const StoredEntry& entry) override {
-    write_entry(entry, std::nullopt);
-    return next_number_++;
+    if (!next_number_)
+      next_number_ = writer_->value_of("SELECT value FROM setting WHERE name = 'next_number'");
+    write_entry(entry, *next_number_);
+    return (*next_number_)++;
   }
 
   void replace(const EntryHead& old, const StoredEntry& entry) override {
@@ -178,7 +203,7 @@ class SqliteEngine : public StoreEngine {
   void erase(const EntryHead& old) override {
     flush();
     erase_index(old);
-    run("DELETE FROM component WHERE key > ?1 * 32 AND key < ?1 * 32 + 32", old.number);
+    run("DELETE FROM component WHERE key >= ?1 * 32 AND key < ?1 * 32 + 32", old.number);
     run("DELETE FROM entry WHERE number = ?1", old.number);
   }
 
@@ -218,8 +243,8 @@ class SqliteEngine : public StoreEngine {
 
   [[nodiscard]] std::optional<EntryHead> find_origin(const std::string& file,
                                                      const std::string& block) override {
-    Statement statement = connection().statement(
-        "SELECT " + head_names + " FROM entry e WHERE e.source = ?1 AND e.block IS ?2 LIMIT 1");
+    Statement statement = connection().statement("SELECT " + head_names + entry_with_head +
+                                                 "WHERE e.source = ?1 AND e.block IS ?2 LIMIT 1");
     statement.bind(1, file);
     if (!block.empty()) statement.bind(2, block);
     if (!statement.step()) return std::nullopt;
@@ -312,10 +337,8 @@ class SqliteEngine : public StoreEngine {
   [[nodiscard]] std::vector<Row> rows_after(std::int64_t number, std::size_t limit) override {
     std::vector<Row> rows;
     Statement statement = connection().statement(
-        "SELECT " + head_names +
-        ", e.digest, e.origin_time, e.source, e.block, "
-        "e.sha256, " +
-        entry_column_names("e.") + " FROM entry e WHERE e.number > ?1 ORDER BY e.number LIMIT ?2");
+        "SELECT " + head_names + ", e.origin_time, e.source, e.block, e.sha256, " + entry_column_names("e.") +
+        entry_with_head + "WHERE e.number > ?1 ORDER BY e.number LIMIT ?2");
     statement.bind(1, number);
     statement.bind(2, static_cast<std::int64_t>(limit));
     while (statement.step()) {
@@ -323,10 +346,9 @@ class SqliteEngine : public StoreEngine {
       row.head.number = statement.integer(0);
       row.head.identifier = statement.bytes(1);
       try {
-        row.head = head(statement);
-        row.origin = origin(statement, 5);
-        row.columns = columns(statement, 9);
-        if (row_digest(row.head, row.origin) != statement.integer(4)) {
+        row.origin = origin(statement, 3);
+        row.columns = columns(statement, 7);
+        if (digest_of_head(statement.bytes(2), row.head) != row_digest(row.head, row.origin)) {
           row.fault = "its row is not what was stored (the digest differs)";
         }
       } catch (const DamagedStore& error) {
@@ -365,8 +387,7 @@ class SqliteEngine : public StoreEngine {
       }
       const std::int64_t orphans = connection().value_of(
           "SELECT count(*) FROM component c LEFT JOIN entry e ON e.number = c.key / 32 WHERE e.number IS "
-          "NULL OR "
-          "(e.components >> (c.key & 31)) & 1 = 0");
+          "NULL");
       if (orphans > 0) found.push_back(std::to_string(orphans) + " components belong to no entry");
     } catch (const DamagedStore& error) {
       found.push_back(error.reason());
@@ -385,14 +406,19 @@ class SqliteEngine : public StoreEngine {
     throw EntryStoreError({path_, "", ""}, "the entry was removed while it was read");
   }
 
+  // From a row that begins with head_names.
   EntryHead head(const Statement& statement) const {
     EntryHead head;
     head.number = statement.integer(0);
     head.identifier = statement.bytes(1);
-    head.components = static_cast<std::uint32_t>(statement.integer(2));
-    if (!unpack_hashes(statement.bytes(3), head))
-      damaged("its row is damaged: the hashes do not fit the components");
+    static_cast<void>(digest_of_head(statement.bytes(2), head));
     return head;
+  }
+
+  std::uint64_t digest_of_head(std::string_view packed, EntryHead& head) const {
+    const auto digest = unpack_head(packed, head);
+    if (!digest) damaged(packed.empty() ? no_head : "its head is damaged");
+    return *digest;
   }
 
   static EntryOrigin origin(const Statement& statement, int first) {
@@ -445,29 +471,29 @@ class SqliteEngine : public StoreEngine {
     statement.run();
   }
 
-  void write_entry(const StoredEntry& entry, std::optional<std::int64_t> kept_number) {
-    if (!kept_number) next_number_ = writer_->value_of("SELECT max(number) FROM entry") + 1;
-    const std::int64_t number = kept_number ? *kept_number : next_number_;
-    const std::string hashes = packed_hashes(entry.head);
+  void write_entry(const StoredEntry& entry, std::int64_t number) {
     std::vector<std::string> kept;
-    Statement row = writer_->statement(insert_sql_);
-    row.bind(1, number);
-    row.bind(2, std::int64_t{entry.head.components});
-    row.bind(3, hashes);
-    row.bind(4, row_digest(entry.head, entry.origin));
-    row.bind(5, entry.origin.stored_at);
-    bind_columns(row, 6, entry.columns, kept);
-    row.run();
+    {
+      Statement row = writer_->statement(insert_sql_);
+      row.bind(1, number);
+      row.bind(2, entry.origin.stored_at);
+      bind_columns(row, 3, entry.columns, kept);
+      row.run();
+    }
+    write_component(number * kinds_per_entry, packed_head(entry.head, entry.origin));
     for_each_component([&](auto component) {
       const auto& bytes = entry.bytes.components[slot(component.kind)];
       if (!bytes) return;
-      const std::string stored = packed(*bytes, compresses_);
-      Statement statement = writer_->statement("INSERT INTO component (key, bytes) VALUES (?1, ?2)");
-      statement.bind(1, component_key(number, component.kind));
-      statement.bind(2, stored);
-      statement.run();
+      write_component(component_key(number, component.kind), packed(*bytes, compresses_));
     });
     write_index(number, entry.columns);
+  }
+
+  void write_component(std::int64_t key, const std::string& bytes) {
+    Statement statement = writer_->statement("INSERT INTO component (key, bytes) VALUES (?1, ?2)");
+    statement.bind(1, key);
+    statement.bind(2, bytes);
+    statement.run();
   }
 
   // Rows of the index go to all places of it; in order they are written the faster.
@@ -579,13 +605,18 @@ class SqliteEngine : public StoreEngine {
 
   static std::string insert_sql() {
     std::string places;
-    for (int index = 1; index <= 5 + entry_column_count(); ++index)
+    for (int index = 1; index <= 2 + entry_column_count(); ++index)
       places += (index > 1 ? ", ?" : "?") + std::to_string(index);
-    return "INSERT INTO entry (number, components, hashes, digest, origin_time, " + entry_column_names("") +
-           ") VALUES (" + places + ")";
+    return "INSERT INTO entry (number, origin_time, " + entry_column_names("") + ") VALUES (" + places + ")";
   }
 
-  const std::string find_sql_ = "SELECT " + head_names + " FROM entry e WHERE e.identifier = ?1";
+  static constexpr const char* no_head = "its head is missing";
+  const std::string find_sql_ = "SELECT " + head_names + entry_with_head + "WHERE e.identifier = ?1";
+  const std::string number_sql_ = "SELECT number FROM entry WHERE identifier = ?1";
+  // The rows between the two are walked over, which takes less than to look for the second.
+  const std::string first_sql_ =
+      "SELECT key, bytes FROM component WHERE key >= ?1 AND key <= ?2 AND (+key = ?1 OR +key = ?2) ORDER BY "
+      "key";
   const std::string component_sql_ = "SELECT bytes FROM component WHERE key = ?1";
   const std::string insert_sql_ = insert_sql();
 
@@ -596,7 +627,7 @@ class SqliteEngine : public StoreEngine {
   bool is_writing_ = false;
   bool compresses_ = true;
   int snapshots_ = 0;
-  std::int64_t next_number_ = 0;
+  std::optional<std::int64_t> next_number_;  // in a transaction
   std::vector<PendingText> texts_;
   std::vector<PendingElement> elements_;
 };
