@@ -7,6 +7,7 @@ PROBE is the built perception_probe. Taken are the molecules of two atoms or mor
 dictionary's own table of bond lengths within 0.2 Å. Counted are
   bonds   molecules whose bonds are exactly those of the dictionary
   types   molecules, of those whose bonds both programs found and that have no metal, whose bond types are right
+  drawn   with --draw: molecules up to 60 atoms whose diagram has no atoms on one another
 
 Types are compared up to resonance: each program's Kekulé structure gives every atom a number of pi bonds; atoms that
 the graph of elements does not tell apart may exchange theirs. A group of bonds that the dictionary calls delocalised
@@ -91,22 +92,25 @@ def element_word(symbol):
     return symbol.capitalize()
 
 
-def ask_probe(probe, molecules):
+def ask_probe(probe, molecules, draw):
     text = []
     for molecule in molecules:
         text.append(f"molecule {molecule.name} {len(molecule.elements)}")
         for element, place in zip(molecule.elements, molecule.places):
             text.append(f"{element_word(element)} {place[0]} {place[1]} {place[2]}")
-    answer = subprocess.run([probe, "molecules"], input="\n".join(text), stdout=subprocess.PIPE, text=True, check=True)
-    answers = {}
+    answer = subprocess.run([probe, "molecules"] + ["draw"] * draw, input="\n".join(text), stdout=subprocess.PIPE, text=True, check=True)
+    answers, drawn = {}, {}
     for line in answer.stdout.splitlines():
         words = line.split()
         if words[0] == "molecule":
-            bonds = answers[words[1]] = {}
+            name = words[1]
+            bonds = answers[name] = {}
         elif words[0] == "bond":
             first, second = sorted(map(int, words[1:3]))
             bonds[first, second] = int(words[3])
-    return answers
+        elif words[0] in ("drawn", "undrawn"):
+            drawn[name] = words[0] == "drawn" and words[1] == "0"
+    return answers, drawn
 
 
 def ask_open_babel(molecule):
@@ -183,13 +187,14 @@ def main():
     parser.add_argument("--bonds", type=float, default=99.5, help="percent of molecules whose bonds must be right")
     parser.add_argument("--types", type=float, default=90.0, help="percent of molecules whose types must be right")
     parser.add_argument("--list", action="store_true", help="name the molecules that are not right")
+    parser.add_argument("--draw", type=float, metavar="PERCENT", help="draw too; percent of diagrams without overlaps")
     options = parser.parse_args()
 
     paths = sorted(glob.glob(os.path.join(options.dictionary, "?", "*.cif")))[::options.every]
     with multiprocessing.Pool() as pool:
         molecules = [molecule for molecule in pool.map(read_molecule, paths, 64) if molecule]
         open_babel = dict(pool.map(ask_open_babel, molecules, 64))
-    ours = ask_probe(options.probe, molecules)
+    ours, drawn = ask_probe(options.probe, molecules, options.draw is not None)
     print(f"{len(paths)} files, {len(molecules)} molecules whose coordinates agree with their table")
 
     bonds_right = collections.Counter()
@@ -222,6 +227,12 @@ def main():
         print(f"{what}: of {total} molecules " +
               ", ".join(f"{program} {right[program]} ({percent[program]:.2f} %)" for program in percent))
         failed |= percent["perception"] < least or percent["perception"] < percent["Open Babel"]
+    if drawn:
+        clear = sum(drawn.values())
+        print(f"drawn: of {len(drawn)} molecules up to 60 atoms {clear} ({100.0 * clear / len(drawn):.2f} %) without overlaps")
+        failed |= 100.0 * clear / len(drawn) < options.draw
+        if options.list:
+            print("overlaps", *(name for name in drawn if not drawn[name]))
     sys.exit(1 if failed else 0)
 
 

@@ -5,6 +5,8 @@
 //     molecule NAME
 //     bond I J KEKULE_ORDER TYPE          atoms counted from 0
 //     atom I CHARGE HYDROGENS             only where one of them is not 0
+//     drawn OVERLAPS                      with the word `draw` after `molecules`, of molecules up to 60
+//     atoms; or `undrawn REASON`
 //   perception_probe crystals ARCHIVE     of every entry of a stored archive
 //     entry NAME
 //     cell A B C ALPHA BETA GAMMA
@@ -17,6 +19,7 @@
 #include <lattice/lattice_error.h>
 #include <perception/bond_types.h>
 #include <perception/bonds.h>
+#include <perception/diagram.h>
 #include <perception/molecules.h>
 #include <perception/perception_error.h>
 
@@ -49,7 +52,7 @@ CrystalMaker alone(const std::vector<std::string>& elements,
   return CrystalMaker(THandle<Cell>(new Cell(a, b, c, 90, 90, 90, operators)), atoms);
 }
 
-void answer_molecule(const std::string& name, MoleculeShape shape) {
+void answer_molecule(const std::string& name, MoleculeShape shape, bool draw) {
   const CrystalBonds crystal = perceive_bonds(alone(shape.elements, shape.places));
   for (const CrystalBond& bond : crystal.bonds)
     shape.bonds.push_back(
@@ -62,9 +65,15 @@ void answer_molecule(const std::string& name, MoleculeShape shape) {
   for (std::size_t i = 0; i < shape.elements.size(); ++i)
     if (types.charges[i] != 0 || types.hydrogen_counts[i] != 0)
       std::cout << "atom " << i << ' ' << types.charges[i] << ' ' << types.hydrogen_counts[i] << '\n';
+  if (!draw || shape.elements.size() > 60) return;
+  try {
+    std::cout << "drawn " << draw_diagram(shape, types).overlaps << '\n';
+  } catch (const PerceptionError& failure) {
+    std::cout << "undrawn " << failure.what() << '\n';
+  }
 }
 
-void answer_molecules() {
+void answer_molecules(bool draw) {
   std::string word, name;
   std::size_t count = 0;
   while (std::cin >> word >> name >> count) {
@@ -76,7 +85,7 @@ void answer_molecules() {
       shape.elements.push_back(element);
       shape.places.push_back(place);
     }
-    answer_molecule(name, std::move(shape));
+    answer_molecule(name, std::move(shape), draw);
   }
 }
 
@@ -129,8 +138,8 @@ void answer_crystals(const char* path) {
 }  // namespace
 
 int main(int count, char** words) {
-  if (count == 2 && std::strcmp(words[1], "molecules") == 0) {
-    answer_molecules();
+  if (count >= 2 && std::strcmp(words[1], "molecules") == 0) {
+    answer_molecules(count == 3 && std::strcmp(words[2], "draw") == 0);
   } else if (count == 3 && std::strcmp(words[1], "crystals") == 0) {
     answer_crystals(words[2]);
   } else if (count == 2 && std::strcmp(words[1], "radii") == 0) {
@@ -142,7 +151,7 @@ int main(int count, char** words) {
       }
     }
   } else {
-    std::cerr << "usage: perception_probe molecules | crystals ARCHIVE | radii\n";
+    std::cerr << "usage: perception_probe molecules [draw] | crystals ARCHIVE | radii\n";
     return 2;
   }
 }
