@@ -4,6 +4,21 @@
 #include <utility>
 #include <variant>
 
+namespace {
+
+// The file as a URI, which alone can say that it does not change.
+std::string unchanging_file(const std::string& path) {
+  constexpr const char* digits = "0123456789abcdef";
+  std::string uri = "file:";
+  for (const char c : path) {
+    const auto byte = static_cast<unsigned char>(c);
+    uri += {'%', digits[byte >> 4], digits[byte & 0xF]};
+  }
+  return uri + "?immutable=1";
+}
+
+}  // namespace
+
 Statement::~Statement() {
   sqlite3_reset(statement_);
   sqlite3_clear_bindings(statement_);
@@ -56,11 +71,24 @@ std::string_view Statement::bytes(int column) const {
 }
 
 Connection::Connection(const std::string& path, Access access) : path_(path) {
-  const int flags = access == Access::read     ? SQLITE_OPEN_READONLY
-                    : access == Access::create ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE
-                                               : SQLITE_OPEN_READWRITE;
-  // Nobody else uses the connection at the same time, and a file name is never taken for a URI.
-  const int code = sqlite3_open_v2(path.c_str(), &database_, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+  // Nobody else uses the connection at the same time, and a file name is never taken for a URI by itself.
+  int flags = SQLITE_OPEN_NOMUTEX;
+  switch (access) {
+    case Access::read:
+      flags |= SQLITE_OPEN_READONLY;
+      break;
+    case Access::unchanging:
+      flags |= SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
+      break;
+    case Access::write:
+      flags |= SQLITE_OPEN_READWRITE;
+      break;
+    case Access::create:
+      flags |= SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+      break;
+  }
+  const std::string name = access == Access::unchanging ? unchanging_file(path) : path;
+  const int code = sqlite3_open_v2(name.c_str(), &database_, flags, nullptr);
   try {
     if (code != SQLITE_OK) fail(code);
     sqlite3_extended_result_codes(database_, 1);

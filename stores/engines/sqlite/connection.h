@@ -67,7 +67,8 @@ class Statement {
 
 class Connection {
  public:
-  enum class Access { read, write, create };
+  // `unchanging`: nobody writes to the file while it is open, so that nothing is locked beside it.
+  enum class Access { read, unchanging, write, create };
 
   // Throws EntryStoreError when the file cannot be opened.
   Connection(const std::string& path, Access access);

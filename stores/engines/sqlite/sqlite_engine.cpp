@@ -80,12 +80,22 @@ void check_version(Connection& connection, const std::string& path) {
                                                       : "a newer version of this library reads it"));
 }
 
+// Readers of a file that others write lock it in a second file beside it. Where that cannot be made and there
+// is none, nobody has the store open, as on a medium that cannot be written to.
+Connection::Access access_to(const std::string& path) {
+  if (::access(path.c_str(), W_OK) == 0) return Connection::Access::write;
+  const std::size_t slash = path.rfind('/');
+  const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+  const bool is_open = ::access((path + "-wal").c_str(), F_OK) == 0;
+  return is_open || ::access(folder.c_str(), W_OK) == 0 ? Connection::Access::read
+                                                        : Connection::Access::unchanging;
+}
+
 class SqliteEngine : public StoreEngine {
  public:
-  explicit SqliteEngine(const std::string& path)
-      : path_(path), writes_(::access(path.c_str(), W_OK) == 0), reader_(path, access()) {
+  explicit SqliteEngine(const std::string& path) : path_(path), reader_(path, access_to(path)) {
     check_version(reader_, path);
-    compresses_ = reader_.value_of("SELECT value FROM setting WHERE name = 'compress'") != 0;
+    compresses_ = setting(reader_, "compress") != 0;
   }
   SqliteEngine(const SqliteEngine&) = delete;
   SqliteEngine& operator=(const SqliteEngine&) = delete;
@@ -189,8 +199,7 @@ class SqliteEngine : public StoreEngine {
   }
 
   std::int64_t insert(const StoredEntry& entry) override {
-    if (!next_number_)
-      next_number_ = writer_->value_of("SELECT value FROM setting WHERE name = 'next_number'");
+    if (!next_number_) next_number_ = checked_next_number(*writer_);
     write_entry(entry, *next_number_);
     return (*next_number_)++;
   }
@@ -388,6 +397,7 @@ class SqliteEngine : public StoreEngine {
       const std::int64_t orphans = connection().value_of(
           "SELECT count(*) FROM component c LEFT JOIN entry e ON e.number = c.key / 32 WHERE e.number IS "
           "NULL");
+      static_cast<void>(checked_next_number(connection()));
       if (orphans > 0) found.push_back(std::to_string(orphans) + " components belong to no entry");
     } catch (const DamagedStore& error) {
       found.push_back(error.reason());
@@ -396,10 +406,22 @@ class SqliteEngine : public StoreEngine {
   }
 
  private:
-  [[nodiscard]] Connection::Access access() const {
-    return writes_ ? Connection::Access::write : Connection::Access::read;
-  }
   Connection& connection() { return is_writing_ ? *writer_ : reader_; }
+
+  std::int64_t setting(Connection& connection, const std::string& name) const {
+    Statement statement = connection.statement("SELECT value FROM setting WHERE name = CAST(?1 AS TEXT)");
+    statement.bind(1, name);
+    if (!statement.step()) damaged("its setting " + name + " is missing");
+    return statement.integer(0);
+  }
+
+  std::int64_t checked_next_number(Connection& connection) const {
+    const std::int64_t number = setting(connection, "next_number");
+    if (number <= connection.value_of("SELECT max(number) FROM entry")) {
+      damaged("the number for the next entry is that of an entry");
+    }
+    return number;
+  }
 
   [[noreturn]] void damaged(const std::string& reason) const { throw DamagedStore({path_, "", ""}, reason); }
   [[noreturn]] void gone() const {
@@ -621,7 +643,6 @@ class SqliteEngine : public StoreEngine {
   const std::string insert_sql_ = insert_sql();
 
   std::string path_;
-  bool writes_;
   Connection reader_;
   std::unique_ptr<Connection> writer_;
   bool is_writing_ = false;
