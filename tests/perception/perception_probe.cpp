@@ -14,15 +14,20 @@
 //     pair I J LENGTH A B C               neighbours within the sum of the radii + 0.4 Å
 //     bond I J LENGTH A B C
 //     molecule DIMENSION ATOMS FORMULA
-//   perception_probe radii                ELEMENT RADIUS of each element
+//   perception_probe check ARCHIVE        "IDENTIFIER NUMBER WHERE: SENTENCE" of every finding in a stored
+//   archive perception_probe times ARCHIVE        "packing bonds components", seconds for all entries,
+//   without drawing perception_probe radii                ELEMENT RADIUS of each element
 #include <database_entry/database_entry.h>
 #include <lattice/lattice_error.h>
 #include <perception/bond_types.h>
 #include <perception/bonds.h>
+#include <perception/components.h>
 #include <perception/diagram.h>
+#include <perception/entry_check.h>
 #include <perception/molecules.h>
 #include <perception/perception_error.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <iostream>
@@ -120,7 +125,9 @@ void answer_crystal(const CrystalStructureDatabaseEntry& entry) {
   }
 }
 
-void answer_crystals(const char* path) {
+// Calls use(entry) for every entry of a stored archive.
+template <class Use>
+void for_each_entry(const char* path, Use use) {
   const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path, "rb"), &std::fclose);
   if (file == nullptr) throw std::runtime_error(std::string("cannot open ") + path);
   Archive archive(file.get());
@@ -131,8 +138,40 @@ void answer_crystals(const char* path) {
     if (next == EOF) return;
     std::ungetc(next, file.get());
     entry.read(archive);
-    answer_crystal(entry);
+    use(entry);
   }
+}
+
+void check_entries(const char* path) {
+  DuplicateSearch duplicates;
+  for_each_entry(path, [&](const CrystalStructureDatabaseEntry& entry) {
+    std::vector<Finding> findings = check_entry(entry, {.is_there = {}, .year = 2100});
+    for (const Finding& duplicate : duplicates.add(entry)) findings.push_back(duplicate);
+    for (const Finding& finding : findings)
+      std::cout << entry.identifier().text() << ' ' << finding.number << ' ' << finding.where << ": "
+                << finding.sentence << '\n';
+  });
+}
+
+void time_entries(const char* path) {
+  using Clock = std::chrono::steady_clock;
+  double packing = 0, bonds = 0, components = 0;
+  const auto timed = [](double& total, auto work) {
+    const Clock::time_point start = Clock::now();
+    try {
+      work();
+    } catch (const std::invalid_argument&) {
+      // A refusal takes its time too.
+    }
+    total += std::chrono::duration<double>(Clock::now() - start).count();
+  };
+  for_each_entry(path, [&](const CrystalStructureDatabaseEntry& entry) {
+    const CrystalMaker& maker = *entry.crystal_maker();
+    timed(packing, [&] { (void)PackedCrystal(maker); });
+    timed(bonds, [&] { (void)perceive_bonds(maker); });
+    timed(components, [&] { (void)perceive_components(entry, {.draw = false}); });
+  });
+  std::cout << packing << ' ' << bonds << ' ' << components << '\n';
 }
 
 }  // namespace
@@ -141,7 +180,11 @@ int main(int count, char** words) {
   if (count >= 2 && std::strcmp(words[1], "molecules") == 0) {
     answer_molecules(count == 3 && std::strcmp(words[2], "draw") == 0);
   } else if (count == 3 && std::strcmp(words[1], "crystals") == 0) {
-    answer_crystals(words[2]);
+    for_each_entry(words[2], answer_crystal);
+  } else if (count == 3 && std::strcmp(words[1], "check") == 0) {
+    check_entries(words[2]);
+  } else if (count == 3 && std::strcmp(words[1], "times") == 0) {
+    time_entries(words[2]);
   } else if (count == 2 && std::strcmp(words[1], "radii") == 0) {
     // Every symbol there is has one capital and at most one small letter.
     for (char first = 'A'; first <= 'Z'; ++first) {
@@ -151,7 +194,7 @@ int main(int count, char** words) {
       }
     }
   } else {
-    std::cerr << "usage: perception_probe molecules [draw] | crystals ARCHIVE | radii\n";
+    std::cerr << "usage: perception_probe molecules [draw] | crystals|check|times ARCHIVE | radii\n";
     return 2;
   }
 }
