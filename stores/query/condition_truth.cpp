@@ -144,11 +144,24 @@ bool is_known(const PropertyName& name, const EntryColumns& columns) {
       name.property->member);
 }
 
+// Few lattices are within the bounds, and only these are worth a look at their bases.
+bool is_within(const LatticeBounds& bounds, const EntryColumns& columns) {
+  const auto is_between = [](double least, double value, double most) {
+    return value >= least * (1 - bounds_slack) && value <= most * (1 + bounds_slack);
+  };
+  return (!columns.reduced_volume ||
+          is_between(bounds.least_volume, *columns.reduced_volume, bounds.most_volume)) &&
+         is_between(bounds.least_lengths[0], *columns.reduced_a, bounds.most_lengths[0]) &&
+         is_between(bounds.least_lengths[1], *columns.reduced_b, bounds.most_lengths[1]) &&
+         is_between(bounds.least_lengths[2], *columns.reduced_c, bounds.most_lengths[2]);
+}
+
 Truth truth_of_cell(const CellQuestion& cell, const EntryColumns& columns) {
   if (!columns.reduced_a || !columns.reduced_b || !columns.reduced_c || !columns.reduced_alpha ||
       !columns.reduced_beta || !columns.reduced_gamma) {
     return Truth::unknown;
   }
+  if (!is_within(cell.search.bounds(), columns)) return Truth::no;
   try {
     return truth(cell.search.finds(
         ReducedCell(CellGeometry(*columns.reduced_a, *columns.reduced_b, *columns.reduced_c,

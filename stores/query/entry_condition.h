@@ -38,6 +38,9 @@ struct CellQuestion {
   LatticeSearch search;
 };
 
+// The columns of a reduced cell were rounded on another way than the bounds of a search: a part of them.
+constexpr double bounds_slack = 1e-9;
+
 struct EntryQuery::Condition {
   enum class Kind {
     constant,    // truth

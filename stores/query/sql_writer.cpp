@@ -385,10 +385,8 @@ class SqlWriter {
     const LatticeBounds& bounds = cell.search.bounds();
     std::vector<std::string> parts;
     const auto within = [&](const char* name, double least, double most) {
-      // The columns were rounded on another way than the bounds.
-      constexpr double slack = 1e-9;
-      std::string sql = std::string(name) + " BETWEEN " + parameter(least * (1 - slack));
-      sql += " AND " + parameter(most * (1 + slack));
+      std::string sql = std::string(name) + " BETWEEN " + parameter(least * (1 - bounds_slack));
+      sql += " AND " + parameter(most * (1 + bounds_slack));
       parts.push_back(sql);
     };
     within("e.reduced_volume", bounds.least_volume, bounds.most_volume);
