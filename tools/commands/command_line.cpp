@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "tools/commands/commands.h"
+#include "tools/commands/pages.h"
 #include "tools/files/collection.h"
 #include "tools/files/collection_place.h"
 #include "tools/messages/nearest_name.h"
@@ -50,6 +51,8 @@ class CommandLine {
     add_stores();
     add_help();
   }
+
+  [[nodiscard]] const CLI::App& description() const { return app_; }
 
   ExitCode run(int argument_count, const char* const* arguments) {
     arguments_.assign(arguments, arguments + argument_count);
@@ -402,4 +405,24 @@ ExitCode run_command_line(int argument_count, const char* const* arguments, Term
   write_message(terminal, output.message);
   write_message(terminal, command.message);
   return std::max(command.code, output.code);  // the graver has the higher number
+}
+
+namespace {
+
+// The description as it is, without a command.
+template <class Make>
+std::string described(const Make& make) {
+  std::ostringstream nowhere;
+  Terminal terminal{nowhere, nowhere};
+  return make(CommandLine(terminal).description());
+}
+
+}  // namespace
+
+std::string manual_page() {
+  return described([](const CLI::App& app) { return manual_page_of(app, DBENTRY_VERSION); });
+}
+
+std::string completion(const std::string& shell) {
+  return described([&](const CLI::App& app) { return completion_of(app, shell); });
 }
