@@ -94,7 +94,8 @@ INSTANTIATE_TEST_SUITE_P(
                   "dbentry: unknown kind of deposition 'russain'; did you mean 'RUSSIAN'?\n"},
         UsageCase{{"import", invented},
                   2,
-                  "dbentry: import: -o FILE says where the entries go (or --dry-run that nowhere)\n"},
+                  "dbentry: import: -o FILE or --into STORE says where the entries go (or --dry-run that "
+                  "nowhere)\n"},
         UsageCase{{"show", archive, "ABCDEF10"},
                   3,
                   "dbentry: " SAMPLES_FOLDER
@@ -307,14 +308,15 @@ TEST(Import, TakesTheGoodFilesAndReportsTheBroken) {
   EXPECT_EQ(result.messages, broken +
                                  ":3:1: error: data_broken: wrong number of values in the loop\n"
                                  "  hint: 3 values do not fill rows of 2 columns: a row is broken or lost\n");
-  EXPECT_THAT(result.out, StartsWith("2 entries from 1 files, 1 files not imported, 0 warnings; "));
+  EXPECT_THAT(result.out,
+              StartsWith("2 entries from 1 files, 1 files not imported, 0 warnings, 0 blocks skipped; "));
   EXPECT_EQ(run({"list", folder.file("x.dbe"), "-c", "identifier,authors,page,operators,atoms"}).out,
             "first\tMüller, A. B.; O'Hara, C.\tL12\t192\t2\nC7654321\tMüller, A. B.; O'Hara, C.\t15\t2\t1\n");
   const std::string report = contents_of_file(folder.file("r.jsonl"));
   EXPECT_EQ(std::count(report.begin(), report.end(), '\n'), 3);
-  EXPECT_THAT(report, HasSubstr("\"published_bonds\":1,\"absent\":[\"bioactivity\",\"source\",\"color\""));
-  EXPECT_THAT(report,
-              HasSubstr("{\"status\":\"error\",\"file\":\"" + broken + "\",\"line\":3,\"column\":1,"));
+  EXPECT_THAT(report, HasSubstr("\"identifier\":\"first\",\"absent\":[\"bioactivity\",\"source\",\"color\""));
+  EXPECT_THAT(report, HasSubstr("{\"status\":\"error\",\"file\":\"" + broken +
+                                "\",\"block\":\"broken\",\"line\":3,"));
 }
 
 TEST(Import, ReportsAFileThatMayNotBeReadAndTakesTheOthers) {
@@ -325,7 +327,8 @@ TEST(Import, ReportsAFileThatMayNotBeReadAndTakesTheOthers) {
       Program({"import", secret, invented, "-o", folder.file("x.dbe")}).held_to_permissions().run();
   EXPECT_EQ(result.code, 1);
   EXPECT_EQ(result.messages, secret + ": cannot open: Permission denied\n");
-  EXPECT_THAT(result.out, StartsWith("2 entries from 1 files, 1 files not imported, 0 warnings; "));
+  EXPECT_THAT(result.out,
+              StartsWith("2 entries from 1 files, 1 files not imported, 0 warnings, 0 blocks skipped; "));
 }
 
 TEST(Import, TellsAPersonHowFarItIs) {
@@ -350,8 +353,9 @@ TEST(Import, WarnsOfAnIdentifierThatComesTwice) {
   EXPECT_THAT(result.messages,
               HasSubstr(invented +
                         ": warning: data_second: the identifier C7654321 was already given to an entry of " +
-                        invented + "\n"));
-  EXPECT_THAT(result.out, StartsWith("4 entries from 2 files, 0 files not imported, 2 warnings; "));
+                        invented + "; --id-from code, name or file keeps them apart\n"));
+  EXPECT_THAT(result.out,
+              StartsWith("4 entries from 2 files, 0 files not imported, 2 warnings, 0 blocks skipped; "));
 }
 
 TEST(Import, FindsTheFilesOfAFolderByNameAndInOrder) {

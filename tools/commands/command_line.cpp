@@ -170,17 +170,31 @@ class CommandLine {
 
   void add_import() {
     CLI::App* app =
-        add("import", "Make a stored archive of the structures in CIF files", import_, import_command);
-    app->add_option("PATH", import_.paths, "CIF files, and folders with .cif files at any depth")
+        add("import", "Put the structures in CIF files into an archive or a store", import_, import_command);
+    app->add_option(
+           "PATH", import_.paths,
+           "CIF files, folders with .cif, .mcif and .cif.gz files at any depth, and collections, which "
+           "are copied whole")
         ->required()
         ->type_name("");
     add_output(app, import_.output,
                "The stored archive to write; an old one is replaced when the new one is whole");
+    add_into(app, import_.into);
     app->add_option("--report", import_.report,
                     "Write what was found and what was absent, one JSON object an entry")
         ->type_name("FILE");
-    app->add_flag("--dry-run", import_.dry_run, "Read and report, but write no archive");
-    app->add_flag("--strict", import_.strict, "Write no archive when there is an error or a warning");
+    add_on_duplicate(app, import_.on_duplicate, "an archive takes both, a store refuses");
+    app->add_option(
+           "--id-from", import_.id_from,
+           "What entries are called by: code (the database's code, else the name of the block), name "
+           "(of the block) or file (its stem); when it is given, what would clash gets -2, -3")
+        ->type_name("WHAT");
+    app->add_option("--from", import_.from, "cif or json (default: as the file looks)")->type_name("FORMAT");
+    app->add_flag("--perceive", import_.perceive, "Find bonds, molecules and diagrams as well");
+    app->add_flag("--dry-run", import_.dry_run, "Read and report, but write no entries");
+    app->add_flag("--strict", import_.strict,
+                  "Write no archive when there is an error, a warning or a skipped block; a store takes the "
+                  "files without");
     add_force(app, import_.force);
   }
 

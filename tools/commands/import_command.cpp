@@ -1,252 +1,437 @@
+// import: entries of CIF and JSON files and of collections, into an archive or a store.
 #include <exchange/cif_reader.h>
 #include <fmt/format.h>
 #include <fmt/ostream.h>
-#include <sys/stat.h>
+#include <perception/components.h>
 
-#include <algorithm>
-#include <cctype>
-#include <cerrno>
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
 #include <ostream>
+#include <set>
+#include <utility>
 
 #include "tools/commands/commands.h"
 #include "tools/files/atomic_file.h"
-#include "tools/files/entry_file.h"
+#include "tools/files/collection.h"
+#include "tools/files/digest.h"
 #include "tools/files/entry_sink.h"
+#include "tools/files/file_kind.h"
+#include "tools/files/input_files.h"
 #include "tools/files/outputs.h"
+#include "tools/messages/nearest_name.h"
 #include "tools/output/progress.h"
 #include "tools/output/table_output.h"
 
 namespace {
 
-namespace fs = std::filesystem;
 using Json = nlohmann::ordered_json;
 
-bool is_cif_name(const fs::path& path) {
-  std::string extension = path.extension().string();
-  for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return extension == ".cif";
+enum class InputKind { cif, json, collection };
+
+InputKind kind_of_input(const std::string& path, const std::string& from) {
+  if (is_store(path)) return InputKind::collection;
+  if (from == "json") return InputKind::json;
+  if (from == "cif" || path == "-") return InputKind::cif;
+  const FileKind kind = kind_of_file(path);
+  if (kind == FileKind::archive) return InputKind::collection;
+  return kind == FileKind::json || is_json_name(path) ? InputKind::json : InputKind::cif;
 }
 
-// All *.cif files below a folder, by name, so that the same folder always gives the same archive.
-std::vector<std::string> cif_files_below(const std::string& folder) {
-  std::vector<std::string> files;
-  std::error_code error;
-  fs::recursive_directory_iterator place(folder, error);
-  for (; !error && place != fs::recursive_directory_iterator(); place.increment(error)) {
-    std::error_code no_file;
-    if (is_cif_name(place->path()) && place->is_regular_file(no_file))
-      files.push_back(place->path().string());
+ReaderOptions::IdentifierFrom identifier_source(const std::string& name) {
+  static const std::vector<std::pair<std::string, ReaderOptions::IdentifierFrom>> sources = {
+      {"code", ReaderOptions::code}, {"name", ReaderOptions::name}, {"file", ReaderOptions::file}};
+  if (name.empty()) return ReaderOptions::code;
+  std::vector<std::string> names;
+  for (const auto& [known, source] : sources) {
+    if (known == name) return source;
+    names.push_back(known);
   }
-  if (error) throw system_error(folder, "read the folder", error.value());
-  std::sort(files.begin(), files.end());
-  return files;
+  throw ToolError(ExitCode::usage, unknown_name("source of identifiers", name, names));
 }
 
-std::vector<std::string> files_of(const std::vector<std::string>& paths) {
-  std::vector<std::string> files;
-  for (const std::string& path : paths) {
-    std::error_code error;
-    const fs::file_status status = fs::status(path, error);
-    if (!fs::exists(status)) throw system_error(path, "open", error ? error.value() : ENOENT);
-    if (!fs::is_directory(status)) {
-      files.push_back(path);
-      continue;
-    }
-    const std::vector<std::string> below = cif_files_below(path);
-    if (below.empty()) throw ToolError(ExitCode::cannot_open, path + ": the folder holds no .cif file");
-    files.insert(files.end(), below.begin(), below.end());
+// Identifiers that have been given, and where.
+class Identifiers {
+ public:
+  explicit Identifiers(bool keep_apart) : keep_apart_(keep_apart) {}
+
+  // Gives the place at which the identifier was given before, if it was. Where clashes are kept apart, the
+  // identifier gets a suffix instead.
+  std::optional<std::string> take(ImportResult& result, const std::string& file) {
+    const auto [earlier, is_new] = files_.emplace(result.identifier, file);
+    if (is_new) return std::nullopt;
+    if (!keep_apart_) return earlier->second;
+    int& number = suffixes_[result.identifier];
+    if (number == 0) number = 1;
+    std::string apart;
+    do {
+      apart = fmt::format("{}-{}", result.identifier, ++number);
+    } while (!files_.emplace(apart, file).second);
+    result.identifier = apart;
+    result.entry->set_identifier(DatabaseEntryIdentifier(apart));
+    return std::nullopt;
   }
-  return files;
-}
 
-struct CloseFile {
-  void operator()(FILE* file) const { std::fclose(file); }
+ private:
+  bool keep_apart_;
+  std::map<std::string, std::string> files_;
+  std::map<std::string, int> suffixes_;
 };
 
-std::string contents(const std::string& name) {
-  errno = 0;
-  const std::unique_ptr<FILE, CloseFile> file(std::fopen(name.c_str(), "rb"));
-  if (file == nullptr) throw system_error(name, "open", errno);
-  std::string text;
-  std::vector<char> buffer(1 << 16);
-  while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), file.get())) {
-    text.append(buffer.data(), count);
-  }
-  if (std::ferror(file.get()) != 0) throw system_error(name, "read", errno);
-  return text;
-}
+// What came of a piece of a file, not yet told and, of an entry, not yet put.
+struct Pending {
+  std::string file;
+  std::string sha256;
+  EntryOrigin origin;
+  ImportResult result;
+  bool ends_file = false;  // all before it was the last of its file
+};
 
 class Import {
  public:
   Import(const ImportOptions& options, Terminal& terminal)
       : options_(options),
         terminal_(terminal),
-        files_(files_of(options.paths)),
-        progress_(terminal, files_.size(), "files") {
+        id_from_(identifier_source(options.id_from)),
+        files_(options.from == "json" ? input_files(options.paths, is_json_name, ".json or .jsonl")
+                                      : input_files(options.paths, is_cif_name, ".cif or .mcif")),
+        progress_(terminal, files_.size(), "files"),
+        identifiers_(!options.id_from.empty()) {
     Outputs outputs(options.force);
     for (const std::string& file : files_) outputs.read(file);
-    if (!options.dry_run) outputs.written("-o", options.output, FileKind::archive);
+    if (!options.dry_run) {
+      outputs.written("-o", options.output, FileKind::archive);
+      outputs.changed("--into", options.into);
+    }
     outputs.written("--report", options.report, FileKind::json);
     outputs.check();
     if (!options.report.empty()) report_ = std::make_unique<AtomicFile>(options.report);
-    if (!options.dry_run) output_ = open_archive_sink(options.output, Duplicates::both, options.strict);
+    if (options.dry_run) return;
+    sink_ = options.into.empty()
+                ? open_archive_sink(options.output, duplicates_rule(options.on_duplicate, Duplicates::both),
+                                    options.strict)
+                : open_store_sink(options.into, duplicates_rule(options.on_duplicate, Duplicates::refuse));
   }
 
   ExitCode run() {
     for (const std::string& file : files_) {
       import_file(file);
+      // A store is quicker with many entries in a transaction; an archive does not care.
+      if (options_.into.empty()) flush();
       progress_.show(++files_done_);
     }
+    flush();
     progress_.clear();
     if (report_ != nullptr) report_->commit();
-    const bool kept_back = entries_ == 0 || (options_.strict && errors_ + warnings_ > 0);
+    const bool is_clean = errors_ + warnings_ + skipped_ == 0;
+    const bool nothing_new = entries_ == 0 && files_before_ == 0;
+    const bool kept_back = nothing_new || (options_.strict && !is_clean && options_.into.empty());
     std::string written;
-    if (output_ != nullptr && !kept_back) written = output_->commit();
+    if (sink_ != nullptr && !kept_back) written = sink_->commit();
     const bool out_is_taken = options_.output == "-" || options_.report == "-";
     fmt::print(out_is_taken ? terminal_.messages : terminal_.out,
-               "{} entries from {} files, {} files not imported, {} warnings; {}\n", entries_,
-               files_.size() - errors_, errors_, warnings_, outcome(kept_back, written));
-    return errors_ > 0 || kept_back ? ExitCode::problems : ExitCode::done;
+               "{} entries from {} files, {} files not imported, {} warnings, {} blocks skipped{}; {}\n",
+               entries_, files_.size() - files_without_, files_without_, warnings_, skipped_,
+               files_before_ == 0 ? "" : fmt::format(", {} files as they were before", files_before_),
+               outcome(kept_back, written));
+    return errors_ > 0 || nothing_new || (options_.strict && !is_clean) ? ExitCode::problems : ExitCode::done;
   }
 
  private:
   std::string outcome(bool kept_back, const std::string& written) const {
     if (options_.dry_run) return "nothing is written in a dry run";
     if (!kept_back) return written;
-    return fmt::format("{} is left as it was{}", options_.output, entries_ == 0 ? "" : " (--strict)");
+    return fmt::format("{} is left as it was{}", options_.into.empty() ? options_.output : options_.into,
+                       entries_ == 0 ? "" : " (--strict)");
   }
 
   void import_file(const std::string& file) {
+    if (options_.strict && !options_.into.empty()) flush();
     const std::size_t errors_before = errors_;
-    const std::size_t entries_before = entries_;
-    std::string text;
+    has_entry_ = false;
+    stored_before_ = false;
     try {
-      text = contents(file);
+      if (kind_of_input(file, options_.from) == InputKind::collection) {
+        copy_collection(file);
+      } else {
+        read_file(file);
+      }
     } catch (const ToolError& error) {
-      // The message begins with the name of the file.
-      fail(file, 0, 0, "", error.what(), "");
-      return;
+      fail(file, error.what());  // the message begins with the name of the file
     } catch (const std::bad_alloc&) {
-      fail(file, 0, 0, file, "not enough memory", "");
-      return;
+      fail(file, file + ": not enough memory");
     }
-    ReaderOptions options;
-    options.file_stem = fs::path(file).stem().string();
-    CifReader reader(text, options);
-    while (std::optional<ImportResult> result = next_result(reader, file)) take_result(file, *result);
-    if (entries_ == entries_before && errors_ == errors_before) ++errors_;
+    if (stored_before_) return;
+    if (has_entry_) return;
+    ++files_without_;
+    if (errors_ == errors_before) ++errors_;
   }
 
-  std::optional<ImportResult> next_result(CifReader& reader, const std::string& file) {
+  void copy_collection(const std::string& place) {
+    for_each_entry_and_origin(place, {}, [&](const THandle<StoredEntry>& entry, const EntryOrigin& origin) {
+      ImportResult result;
+      result.entry = THandle<StoredEntry>(new StoredEntry(*entry));
+      result.identifier = identifier_of(*entry);
+      result.block = origin.block;
+      add(place, origin, std::move(result));
+    });
+  }
+
+  void read_file(const std::string& file) {
+    std::string bytes = bytes_of(file);
+    EntryOrigin origin;
+    if (file != "-") origin.file = file;
+    if (!options_.into.empty()) {
+      Digest digest;
+      digest.add(bytes);
+      origin.sha256 = digest.text();
+      if (file != "-" && sink_ != nullptr && sink_->has_imported(file, origin.sha256)) {
+        ++files_before_;
+        stored_before_ = true;
+        add_to_report(
+            {{"status", "skipped"}, {"file", file}, {"reason", "the store has its entries already"}});
+        return;
+      }
+    }
+    const std::string text = uncompressed(file, std::move(bytes));
+    ReaderOptions reader_options;
+    reader_options.identifier_from = id_from_;
+    reader_options.file_stem = stem_of(file);
+    reader_options.list_not_kept = report_ != nullptr;
+    const std::unique_ptr<EntryReader> reader = open_reader(file, text, reader_options);
+    const std::size_t faults_before = errors_ + warnings_ + skipped_;
+    while (std::optional<ImportResult> result = next_result(*reader, file)) {
+      origin.block = result->block;
+      add(file, origin, std::move(*result));
+    }
+    if (origin.sha256.empty() || file == "-") return;
+    Pending end;
+    end.file = file;
+    end.sha256 = origin.sha256;
+    end.ends_file = true;
+    pending_.push_back(std::move(end));
+    if (options_.strict && errors_ + warnings_ + skipped_ > faults_before) keep_back_pending();
+  }
+
+  std::unique_ptr<EntryReader> open_reader(const std::string& file, const std::string& text,
+                                           const ReaderOptions& reader_options) {
+    if (kind_of_input(file, options_.from) == InputKind::json) {
+      throw ToolError(ExitCode::cannot_open, file + ": JSON cannot be read yet");
+    }
+    return std::make_unique<CifReader>(text, reader_options);
+  }
+
+  std::optional<ImportResult> next_result(EntryReader& reader, const std::string& file) {
     try {
       return reader.next();
     } catch (const std::bad_alloc&) {
-      fail(file, 0, 0, file, "not enough memory", "");
+      fail(file, file + ": not enough memory");
     } catch (const std::exception& error) {
-      fail(file, 0, 0, file, error.what(), "");
+      fail(file, fmt::format("{}: {}", file, error.what()));
     }
     return std::nullopt;
   }
 
-  void take_result(const std::string& file, ImportResult& result) {
+  // Counts and completes what was found, and keeps it until it is worth a transaction.
+  void add(const std::string& file, const EntryOrigin& origin, ImportResult&& result) {
+    if (result.status == ImportResult::imported) {
+      complete(file, result);
+    } else if (result.status == ImportResult::skipped) {
+      ++skipped_;
+    } else {
+      ++errors_;
+    }
+    pending_.push_back({file, "", origin, std::move(result), false});
+    constexpr std::size_t most_pending = 500;
+    if (pending_.size() >= most_pending && !(options_.strict && !options_.into.empty())) flush();
+  }
+
+  void complete(const std::string& file, ImportResult& result) {
+    has_entry_ = true;
+    const bool takes_both = options_.into.empty() && options_.on_duplicate.empty();
+    if (const auto earlier = identifiers_.take(result, file); earlier && takes_both) {
+      result.warnings.push_back({0, fmt::format("the identifier {} was already given to an entry of {}; "
+                                                "--id-from code, name or file keeps them apart",
+                                                result.identifier, *earlier)});
+    }
+    if (options_.perceive) perceive(result);
+    warnings_ += result.warnings.size();
+  }
+
+  static void perceive(ImportResult& result) {
+    try {
+      PerceivedEntry perceived = perceive_components(*result.entry);
+      result.entry = THandle<StoredEntry>(new StoredEntry(perceived.entry));
+    } catch (const std::bad_alloc&) {
+      throw;
+    } catch (const std::exception& error) {
+      result.warnings.push_back({0, fmt::format("nothing is perceived: {}", error.what())});
+    }
+  }
+
+  // With --strict, a store takes nothing of a file that is not clean.
+  void keep_back_pending() {
+    for (Pending& one : pending_) {
+      if (one.result.status != ImportResult::imported || one.ends_file) continue;
+      one.result.status = ImportResult::skipped;
+      one.result.reason = "its file is not without warnings (--strict)";
+      one.result.entry = THandle<StoredEntry>();
+    }
+    pending_.pop_back();
+  }
+
+  // Puts and tells all that is pending.
+  void flush() {
+    std::vector<EntrySink::Put> puts;
+    for (const Pending& one : pending_) {
+      if (is_entry(one)) puts.push_back({one.result.entry.get(), one.origin});
+    }
+    std::vector<PutResult> put;
+    if (sink_ != nullptr && !puts.empty()) put = sink_->put_all(puts);
+    auto next = put.begin();
+    bool all_taken = true;
+    for (Pending& one : pending_) {
+      if (one.ends_file) {
+        if (all_taken && sink_ != nullptr) sink_->set_imported(one.file, one.sha256);
+        all_taken = true;
+        continue;
+      }
+      const PutResult result = is_entry(one) && sink_ != nullptr ? *next++ : PutResult::added;
+      all_taken = all_taken && result != PutResult::refused && one.result.status != ImportResult::error;
+      tell(one, result);
+    }
+    pending_.clear();
+  }
+
+  static bool is_entry(const Pending& one) {
+    return !one.ends_file && one.result.status == ImportResult::imported;
+  }
+
+  void tell(const Pending& one, PutResult put) {
+    const ImportResult& result = one.result;
     const std::string block = result.block.empty() ? "" : fmt::format("data_{}: ", result.block);
     switch (result.status) {
       case ImportResult::imported:
-        take(file, result);
-        break;
+        tell_entry(one, put);
+        return;
       case ImportResult::skipped:
-        progress_.clear();
-        fmt::print(terminal_.messages, "{}:{}: no entry: {}{}\n", file, result.line, block, result.reason);
-        add_to_report({{"status", "skipped"},
-                       {"file", file},
-                       {"block", result.block},
-                       {"line", result.line},
-                       {"reason", result.reason}});
-        break;
+        say("{}{}: no entry: {}{}\n", one.file, at(result.line), block, result.reason);
+        add_to_report(record_of(one, "skipped", result.reason));
+        return;
       case ImportResult::error:
-        fail(file, result.line, result.column, fmt::format("{}:{}:{}", file, result.line, result.column),
-             block + result.reason, result.hint);
-        break;
+        say("{}{}{}: error: {}{}\n", one.file, at(result.line), at(result.column), block, result.reason);
+        if (!result.hint.empty()) say("  hint: {}\n", result.hint);
+        Json record = record_of(one, "error", result.reason);
+        record["column"] = result.column;
+        if (!result.hint.empty()) record["hint"] = result.hint;
+        add_to_report(record);
     }
   }
 
-  void fail(const std::string& file, int line, int column, const std::string& place,
-            const std::string& reason, const std::string& hint) {
-    ++errors_;
-    progress_.clear();
-    fmt::print(terminal_.messages, "{}{}{}\n", place, place.empty() ? "" : ": error: ", reason);
-    if (!hint.empty()) fmt::print(terminal_.messages, "  hint: {}\n", hint);
-    Json record = {
-        {"status", "error"}, {"file", file}, {"line", line}, {"column", column}, {"reason", reason}};
-    if (!hint.empty()) record["hint"] = hint;
-    add_to_report(record);
-  }
-
-  void take(const std::string& file, ImportResult& imported) {
-    const std::string identifier = identifier_of(*imported.entry);
-    const auto [earlier, is_new] = files_by_identifier_.emplace(identifier, file);
-    if (!is_new) {
-      imported.warnings.push_back({0, fmt::format("the identifier {} was already given to an entry of {}",
-                                                  identifier, earlier->second)});
+  void tell_entry(const Pending& one, PutResult put) {
+    for (const ImportWarning& warning : one.result.warnings) {
+      say("{}{}: warning: data_{}: {}\n", one.file, at(warning.line), one.result.block, warning.text);
     }
-    for (const ImportWarning& warning : imported.warnings) {
-      ++warnings_;
-      progress_.clear();
-      const std::string line = warning.line > 0 ? fmt::format(":{}", warning.line) : "";
-      fmt::print(terminal_.messages, "{}{}: warning: data_{}: {}\n", file, line, imported.block,
-                 warning.text);
+    if (put == PutResult::refused) {
+      ++errors_;
+      const std::string reason = fmt::format(
+          "another entry {} is there already; --on-duplicate keep or replace says which of the two stays",
+          one.result.identifier);
+      say("{}{}: error: {}\n", one.file, at(one.result.line), reason);
+      add_to_report(record_of(one, "error", reason));
+      return;
     }
-    if (output_ != nullptr) output_->put(*imported.entry, {file, imported.block, "", 0});
+    if (put == PutResult::kept) {
+      ++skipped_;
+      add_to_report(
+          record_of(one, "skipped", "another entry of its identifier is kept (--on-duplicate keep)"));
+      return;
+    }
     ++entries_;
-    add_to_report(record_of(file, imported));
+    add_to_report(record_of(one, "imported", ""));
+  }
+
+  static std::string at(int number) { return number > 0 ? fmt::format(":{}", number) : ""; }
+
+  template <class... Values>
+  void say(fmt::format_string<Values...> text, Values&&... values) {
+    progress_.clear();
+    fmt::print(terminal_.messages, text, std::forward<Values>(values)...);
+  }
+
+  // What is wrong with a whole file.
+  void fail(const std::string& file, const std::string& reason) {
+    flush();
+    ++errors_;
+    say("{}\n", reason);
+    Pending whole;
+    whole.file = file;
+    add_to_report(record_of(whole, "error", reason));
   }
 
   void add_to_report(const Json& record) {
     if (report_ != nullptr) report_->write(json_line(record) + "\n");
   }
 
-  static Json record_of(const std::string& file, const ImportResult& imported) {
+  static Json record_of(const Pending& one, const char* status, const std::string& reason) {
+    const ImportResult& result = one.result;
     Json warnings = Json::array();
-    for (const ImportWarning& warning : imported.warnings) {
+    for (const ImportWarning& warning : result.warnings) {
       warnings.push_back({{"line", warning.line}, {"text", warning.text}});
     }
-    const auto geometry = imported.entry->published_geometry();
-    return {{"status", "imported"},
-            {"file", file},
-            {"line", imported.line},
-            {"block", imported.block},
-            {"identifier", identifier_of(*imported.entry)},
-            {"atoms", imported.entry->crystal_maker()->atoms().size()},
-            {"symmetry_operators", imported.entry->cell()->symmetry_operators()->size()},
-            {"symmetry_operators_from", imported.operators_from},
-            {"published_bonds", geometry.is_null() ? 0 : geometry->bonds->size()},
-            {"absent", imported.absent},
-            {"not_kept", imported.not_kept},
-            {"warnings", warnings}};
+    Json record = {{"status", status},
+                   {"file", one.file},
+                   {"block", result.block},
+                   {"line", result.line},
+                   {"identifier", result.identifier},
+                   {"absent", result.absent},
+                   {"not_kept", result.not_kept},
+                   {"warnings", warnings}};
+    if (!reason.empty()) record["reason"] = reason;
+    if (result.entry.is_null()) return record;
+    const auto crystal_maker = result.entry->crystal_maker();
+    const auto cell = result.entry->cell();
+    const auto geometry = result.entry->published_geometry();
+    record["atoms"] = crystal_maker.is_null() ? 0 : crystal_maker->atoms().size();
+    record["symmetry_operators"] = cell.is_null() ? 0 : cell->symmetry_operators()->size();
+    record["symmetry_operators_from"] = result.operators_from;
+    record["published_bonds"] = geometry.is_null() ? 0 : geometry->bonds->size();
+    return record;
   }
 
   const ImportOptions& options_;
   Terminal& terminal_;
+  ReaderOptions::IdentifierFrom id_from_;
   std::vector<std::string> files_;
   Progress progress_;
+  Identifiers identifiers_;
   std::unique_ptr<AtomicFile> report_;
-  std::unique_ptr<EntrySink> output_;
-  std::map<std::string, std::string> files_by_identifier_;
+  std::unique_ptr<EntrySink> sink_;
+  std::vector<Pending> pending_;
+  bool has_entry_ = false;      // the file that is being read
+  bool stored_before_ = false;  // all of it
   std::size_t files_done_ = 0;
+  std::size_t files_without_ = 0;  // an entry
+  std::size_t files_before_ = 0;   // whose entries the store had
   std::size_t entries_ = 0;
   std::size_t errors_ = 0;
   std::size_t warnings_ = 0;
+  std::size_t skipped_ = 0;
 };
 
 }  // namespace
 
 ExitCode import_command(const ImportOptions& options, Terminal& terminal) {
-  if (options.output.empty() && !options.dry_run) {
-    throw ToolError(ExitCode::usage, "import: -o FILE says where the entries go (or --dry-run that nowhere)");
+  if (!options.output.empty() && !options.into.empty()) {
+    throw ToolError(ExitCode::usage,
+                    "import: entries go to an archive (-o) or to a store (--into), not to both");
+  }
+  if (options.output.empty() && options.into.empty() && !options.dry_run) {
+    throw ToolError(ExitCode::usage,
+                    "import: -o FILE or --into STORE says where the entries go (or --dry-run that nowhere)");
+  }
+  if (!options.from.empty() && options.from != "cif" && options.from != "json") {
+    throw ToolError(ExitCode::usage, unknown_name("format", options.from, {"cif", "json"}));
   }
   return Import(options, terminal).run();
 }

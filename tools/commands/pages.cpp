@@ -82,7 +82,8 @@ void add_commands(const CLI::App& app, const std::string& prefix, std::string& t
     text += fmt::format(".SS {}\n{}.\n.PP\n{}\n{}", usage, roff(command->get_description()), ".RS",
                         options_section(*command));
     text += ".RE\n";
-    if (!command->get_footer().empty()) text += ".PP\n" + paragraphs(command->get_footer());
+    if (!command->get_footer().empty() && command->get_footer() != app.get_footer())
+      text += ".PP\n" + paragraphs(command->get_footer());
     add_commands(*command, name + " ", text);
   }
 }

@@ -133,6 +133,14 @@ class StoreSink : public EntrySink {
     });
   }
 
+  bool has_imported(const std::string& file, const std::string& sha256) override {
+    return rule_ != OnDuplicate::replace &&
+           with_store_errors([&] { return store_->has_imported(file, sha256); });
+  }
+  void set_imported(const std::string& file, const std::string& sha256) override {
+    with_store_errors([&] { store_->set_imported(file, sha256); });
+  }
+
   std::string commit() override { return fmt::format("{} entries in {}", store_->count(), place_); }
 
  private:
@@ -182,6 +190,12 @@ constexpr std::array rules = {NamedRule{"keep", Duplicates::keep}, NamedRule{"re
                               NamedRule{"refuse", Duplicates::refuse}};
 
 }  // namespace
+
+bool EntrySink::has_imported(const std::string& /*file*/, const std::string& /*sha256*/) {
+  return false;
+}
+
+void EntrySink::set_imported(const std::string& /*file*/, const std::string& /*sha256*/) {}
 
 std::unique_ptr<EntrySink> open_archive_sink(const std::string& path, Duplicates duplicates, bool held) {
   return std::make_unique<ArchiveSink>(path, duplicates, held);

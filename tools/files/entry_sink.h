@@ -45,6 +45,9 @@ class EntrySink {
   PutResult put(const StoredEntry& entry, const EntryOrigin& origin = {}) {
     return put_all({{&entry, origin}}).front();
   }
+  // Whether every entry of such a file is there already, as a store knows; and that they are now.
+  [[nodiscard]] virtual bool has_imported(const std::string& file, const std::string& sha256);
+  virtual void set_imported(const std::string& file, const std::string& sha256);
   // Once, after the last entry. Gives what has come of it, in words: "745 bytes in x.dbe".
   virtual std::string commit() = 0;
 };

@@ -27,7 +27,7 @@ std::string offered(const std::string& words, int last) {
 }
 
 TEST(ManualPage, IsTheOneThatTheBuildMade) {
-  EXPECT_EQ(contents_of_file(PAGES_FOLDER "/dbentry.1"), manual_page());
+  EXPECT_TRUE(contents_of_file(PAGES_FOLDER "/dbentry.1") == manual_page());
 }
 
 TEST(ManualPage, NamesEveryCommandAndOptionOfTheHelp) {
