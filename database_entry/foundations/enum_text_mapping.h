@@ -9,6 +9,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <iterator>
 #include <stdexcept>
@@ -16,6 +17,11 @@
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+// The accessor of an enumeration's texts: enum_texts<ExperimentalInfo::RadiationProbe>(). Set beside the
+// record that offers it; null for an enumeration without texts.
+template <class E>
+inline constexpr std::nullptr_t enum_texts = nullptr;
 
 template <class E>
 class EnumTextMapping {

@@ -9,10 +9,12 @@
 
 #include <database_entry/export.h>
 #include <utilities/archive.h>
+#include <utilities/fields.h>
 
 #include <cstdint>
 #include <iosfwd>
 #include <string>
+#include <tuple>
 
 class DATABASE_ENTRY_EXPORT ChemicalClassification {
  public:
@@ -51,6 +53,11 @@ class DATABASE_ENTRY_EXPORT ChemicalClassification {
   static void validate(Classifier classifier);
 
   bool operator==(const ChemicalClassification&) const = default;
+
+  // Archived by its own operations, which refuse what is no class before it is written or kept.
+  static constexpr auto fields() {
+    return std::tuple{ReadOnlyField{"classifier", &ChemicalClassification::classifier_}};
+  }
 
  private:
   Classifier classifier_ = none;

@@ -1,19 +1,8 @@
-#include <database_entry/foundations/sequence_text.h>
+#include <database_entry/foundations/field_text.h>
 #include <database_entry/records/chemical_info.h>
 #include <utilities/archiving/field_list.h>
 
-#include <tuple>
-
-namespace {
-
-// In archive order, which is the order of comparison too.
-template <class Record>
-auto fields(Record& record) {
-  return std::tie(record.formula, record.name, record.bioactivity, record.conformer, record.source,
-                  record.peptide_sequence, record.isomer, record.classifiers, record.synonyms);
-}
-
-}  // namespace
+#include <ostream>
 
 ChemicalInfo::ChemicalInfo(const std::string& the_formula, const std::string& the_name,
                            const std::string& the_bioactivity, const std::string& the_conformer,
@@ -32,25 +21,18 @@ ChemicalInfo::ChemicalInfo(const std::string& the_formula, const std::string& th
       synonyms(the_synonyms) {}
 
 void ChemicalInfo::write(Archive& archive) const {
-  write_fields(archive, fields(*this));
+  write_all_fields(archive, *this);
 }
 
 void ChemicalInfo::read(Archive& archive) {
-  read_fields(archive, fields(*this));
+  read_all_fields(archive, *this);
 }
 
 void ChemicalInfo::print(std::ostream& os) const {
-  os << "formula: " << formula << ", name: " << name << ", bioactivity: " << bioactivity
-     << ", conformer: " << conformer << ", source: " << source << ", peptide_sequence: " << peptide_sequence
-     << ", isomer: " << isomer << ", classifiers: ";
-  print_sequence(os, classifiers, [](std::ostream& stream, const ChemicalClassification& classifier) {
-    classifier.print(stream);
-  });
-  os << ", synonyms: ";
-  print_sequence(os, synonyms);
+  print_fields(os, *this);
   os << std::endl;
 }
 
 bool ChemicalInfo::operator==(const ChemicalInfo& other) const {
-  return fields(*this) == fields(other);
+  return equal_fields(*this, other);
 }

@@ -15,8 +15,10 @@
 #include <database_entry/foundations/archive_encodings.h>
 #include <database_entry/foundations/component_text.h>
 #include <database_entry/records/chemical_classification.h>
+#include <utilities/fields.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 class DATABASE_ENTRY_EXPORT ChemicalInfo {
@@ -44,6 +46,19 @@ class DATABASE_ENTRY_EXPORT ChemicalInfo {
   std::string isomer;
   std::vector<ChemicalClassification> classifiers;
   std::vector<std::string> synonyms;
+
+  // In archive order, which is the order of comparison and of the summary too.
+  static constexpr auto fields() {
+    return std::tuple{Field{"formula", &ChemicalInfo::formula},
+                      Field{"name", &ChemicalInfo::name},
+                      Field{"bioactivity", &ChemicalInfo::bioactivity},
+                      Field{"conformer", &ChemicalInfo::conformer},
+                      Field{"source", &ChemicalInfo::source},
+                      Field{"peptide_sequence", &ChemicalInfo::peptide_sequence},
+                      Field{"isomer", &ChemicalInfo::isomer},
+                      Field{"classifiers", &ChemicalInfo::classifiers},
+                      Field{"synonyms", &ChemicalInfo::synonyms}};
+  }
 };
 
 template <>

@@ -1,20 +1,8 @@
+#include <database_entry/foundations/field_text.h>
 #include <database_entry/records/crystal_info.h>
 #include <utilities/archiving/field_list.h>
 
-#include <tuple>
-
-namespace {
-
-// In archive order, which is the order of comparison too.
-template <class Record>
-auto fields(Record& record) {
-  return std::tie(record.z, record.z_prime, record.color, record.habit, record.analogues,
-                  record.melting_point, record.notes, record.phase_transitions, record.polymorph,
-                  record.sensitivity, record.recrystallisation_solvent, record.disorder_details,
-                  record.other_cell_details);
-}
-
-}  // namespace
+#include <ostream>
 
 CrystalInfo::CrystalInfo(double the_z, double the_z_prime, const std::string& the_color,
                          const std::string& the_habit, const std::string& the_analogues,
@@ -37,22 +25,18 @@ CrystalInfo::CrystalInfo(double the_z, double the_z_prime, const std::string& th
       other_cell_details(the_other_cell_details) {}
 
 void CrystalInfo::write(Archive& archive) const {
-  write_fields(archive, fields(*this));
+  write_all_fields(archive, *this);
 }
 
 void CrystalInfo::read(Archive& archive) {
-  read_fields(archive, fields(*this));
+  read_all_fields(archive, *this);
 }
 
 void CrystalInfo::print(std::ostream& os) const {
-  os << "Z: " << z << ", Z': " << z_prime << ", color: " << color << ", habit: " << habit
-     << ", analogues: " << analogues << ", melting_point: " << melting_point << ", notes: " << notes
-     << ", phase_transitions: " << phase_transitions << ", polymorph: " << polymorph
-     << ", sensitivity: " << sensitivity << ", recrystallisation_solvent: " << recrystallisation_solvent
-     << ", disorder_details: " << disorder_details << ", other_cell_details: " << other_cell_details
-     << std::endl;
+  print_fields(os, *this);
+  os << std::endl;
 }
 
 bool CrystalInfo::operator==(const CrystalInfo& other) const {
-  return fields(*this) == fields(other);
+  return equal_fields(*this, other);
 }

@@ -13,8 +13,10 @@
 #include <database_entry/export.h>
 #include <database_entry/foundations/archive_encodings.h>
 #include <database_entry/foundations/component_text.h>
+#include <utilities/fields.h>
 
 #include <string>
+#include <tuple>
 
 class DATABASE_ENTRY_EXPORT CrystalInfo {
  public:
@@ -45,6 +47,23 @@ class DATABASE_ENTRY_EXPORT CrystalInfo {
   std::string recrystallisation_solvent;
   std::string disorder_details;
   std::string other_cell_details;
+
+  // In archive order, which is the order of comparison and of the summary too.
+  static constexpr auto fields() {
+    return std::tuple{Field{"z", &CrystalInfo::z, "Z"},
+                      Field{"z_prime", &CrystalInfo::z_prime, "Z'"},
+                      Field{"color", &CrystalInfo::color},
+                      Field{"habit", &CrystalInfo::habit},
+                      Field{"analogues", &CrystalInfo::analogues},
+                      Field{"melting_point", &CrystalInfo::melting_point},
+                      Field{"notes", &CrystalInfo::notes},
+                      Field{"phase_transitions", &CrystalInfo::phase_transitions},
+                      Field{"polymorph", &CrystalInfo::polymorph},
+                      Field{"sensitivity", &CrystalInfo::sensitivity},
+                      Field{"recrystallisation_solvent", &CrystalInfo::recrystallisation_solvent},
+                      Field{"disorder_details", &CrystalInfo::disorder_details},
+                      Field{"other_cell_details", &CrystalInfo::other_cell_details}};
+  }
 };
 
 template <>

@@ -1,8 +1,10 @@
 #include <database_entry/foundations/enum_range.h>
 #include <database_entry/foundations/enum_text_table.h>
+#include <database_entry/foundations/field_text.h>
 #include <database_entry/records/editors_info.h>
 #include <utilities/archiving/field_list.h>
 
+#include <ostream>
 #include <tuple>
 
 namespace {
@@ -29,21 +31,6 @@ constexpr EnumTextMapping<EditorsInfo::IgnoredErrors>::Initialiser ignored_error
     {EditorsInfo::no_errors_ignored, "no errors ignored"},
     {EditorsInfo::valency_errors_ignored, "valency errors ignored"},
     {EditorsInfo::all_errors_ignored, "all errors ignored"}};
-
-// In archive order, which is the order of comparison too. The enumerations are handed in: reading keeps them
-// aside until everything has been read.
-template <class Record, class Category, class Flag, class Correspondence, class Errors>
-auto fields(Record& record, Category& category, Flag& aser_match_flag, Correspondence& author_correspondence,
-            Errors& ignored_errors) {
-  return std::tie(record.accession_date, record.modification_date, category, record.bonding_tolerance,
-                  record.previous_refcode, aser_match_flag, record.connectivity_comment, record.batch,
-                  record.memo, record.remarks, author_correspondence, ignored_errors);
-}
-
-auto fields(const EditorsInfo& record) {
-  return fields(record, record.category, record.aser_match_flag, record.author_correspondence,
-                record.ignored_errors);
-}
 
 }  // namespace
 
@@ -93,34 +80,21 @@ THandle<EnumTextMapping<EditorsInfo::IgnoredErrors>> EditorsInfo::ignored_errors
 }
 
 void EditorsInfo::write(Archive& archive) const {
-  write_fields(archive, fields(*this));
+  write_all_fields(archive, *this);
 }
 
 void EditorsInfo::read(Archive& archive) {
-  int read_category = 0;
-  int read_flag = 0;
-  auto read_correspondence = no_correspondence;
-  auto read_errors = no_errors_ignored;
-  read_fields(archive, fields(*this, read_category, read_flag, read_correspondence, read_errors));
-  category = int_to_entry_category(read_category);
-  aser_match_flag = int_to_aser_match_flag(read_flag);
-  author_correspondence = read_correspondence;
-  ignored_errors = read_errors;
+  const auto read = read_all_fields_but_enumerations(archive, *this);
+  category = int_to_entry_category(std::get<EntryCategory>(read));
+  aser_match_flag = int_to_aser_match_flag(std::get<AserMatchFlag>(read));
+  author_correspondence = std::get<AuthorCorrespondence>(read);
+  ignored_errors = std::get<IgnoredErrors>(read);
 }
 
 void EditorsInfo::print(std::ostream& os) const {
-  os << "accession date: ";
-  accession_date.print(os);
-  os << ", modification date: ";
-  modification_date.print(os);
-  os << ", category: " << static_cast<int>(category) << ", bonding_tolerance: " << bonding_tolerance
-     << ", previous refcode: " << previous_refcode
-     << ", aser_match_flag: " << static_cast<int>(aser_match_flag)
-     << ", connectivity_comment: " << connectivity_comment << ", batch: " << batch << ", memo: " << memo
-     << ", remarks: " << remarks << ", author correspondence: " << static_cast<int>(author_correspondence)
-     << ", ignored errors: " << static_cast<int>(ignored_errors);
+  print_fields(os, *this);
 }
 
 bool EditorsInfo::operator==(const EditorsInfo& other) const {
-  return fields(*this) == fields(other);
+  return equal_fields(*this, other);
 }

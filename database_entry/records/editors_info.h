@@ -14,9 +14,11 @@
 #include <database_entry/foundations/component_text.h>
 #include <database_entry/foundations/enum_text_mapping.h>
 #include <utilities/date.h>
+#include <utilities/fields.h>
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 
 class DATABASE_ENTRY_EXPORT EditorsInfo {
  public:
@@ -69,8 +71,8 @@ class DATABASE_ENTRY_EXPORT EditorsInfo {
   void write(Archive& archive) const;
   // The enumerations are stored last: category, match flag, correspondence, ignored errors. A category or a
   // match flag that is no member throws std::invalid_argument; it and the later ones are then the old ones.
-  // The two others take any value. A date that is none throws std::invalid_argument, and ArchiveError where
-  // the stream ends; fields read before that keep their new values.
+  // The two others and the dates take any value. ArchiveError where the stream ends; fields read before that
+  // keep their new values.
   void read(Archive& archive);
   // Labels and values, without a line end; enumerations as integers.
   void print(std::ostream& os) const;
@@ -89,9 +91,36 @@ class DATABASE_ENTRY_EXPORT EditorsInfo {
   std::string remarks;
   AuthorCorrespondence author_correspondence = no_correspondence;
   IgnoredErrors ignored_errors = no_errors_ignored;
+
+  // In archive order, which is the order of comparison and of the summary too.
+  static constexpr auto fields() {
+    return std::tuple{
+        Field{"accession_date", &EditorsInfo::accession_date, "accession date"},
+        Field{"modification_date", &EditorsInfo::modification_date, "modification date"},
+        Field{"category", &EditorsInfo::category},
+        Field{"bonding_tolerance", &EditorsInfo::bonding_tolerance},
+        Field{"previous_refcode", &EditorsInfo::previous_refcode, "previous refcode"},
+        Field{"aser_match_flag", &EditorsInfo::aser_match_flag},
+        Field{"connectivity_comment", &EditorsInfo::connectivity_comment},
+        Field{"batch", &EditorsInfo::batch},
+        Field{"memo", &EditorsInfo::memo},
+        Field{"remarks", &EditorsInfo::remarks},
+        Field{"author_correspondence", &EditorsInfo::author_correspondence, "author correspondence"},
+        Field{"ignored_errors", &EditorsInfo::ignored_errors, "ignored errors"}};
+  }
 };
 
 template <>
 inline constexpr bool is_archived_component<EditorsInfo> = true;
 template <>
 inline constexpr bool is_printed_component<EditorsInfo> = true;
+
+template <>
+inline constexpr auto enum_texts<EditorsInfo::EntryCategory> = &EditorsInfo::category_text;
+template <>
+inline constexpr auto enum_texts<EditorsInfo::AserMatchFlag> = &EditorsInfo::aser_match_flag_text;
+template <>
+inline constexpr auto enum_texts<EditorsInfo::AuthorCorrespondence> =
+    &EditorsInfo::author_correspondence_text;
+template <>
+inline constexpr auto enum_texts<EditorsInfo::IgnoredErrors> = &EditorsInfo::ignored_errors_text;

@@ -1,11 +1,11 @@
 #include <database_entry/foundations/enum_range.h>
 #include <database_entry/foundations/enum_text_table.h>
+#include <database_entry/foundations/field_text.h>
 #include <database_entry/records/experimental_info.h>
 #include <utilities/archiving/field_list.h>
 
-#include <cstddef>
+#include <ostream>
 #include <tuple>
-#include <utility>
 
 namespace {
 
@@ -27,20 +27,6 @@ constexpr EnumTextMapping<ExperimentalInfo::IntensityMethod>::Initialiser intens
     {ExperimentalInfo::photographic_densitometer, "photographic, densitometer"},
     {ExperimentalInfo::diffractometer, "diffractometer"}};
 
-// In archive order, which is the order of comparison too. The enumerations are handed in: reading keeps them
-// aside until everything has been read.
-template <class Record, class Probe, class Powder, class Method>
-auto fields(Record& record, Probe& probe, Powder& powder, Method& intensity_method) {
-  return std::tie(record.temperature, record.temperature_text, record.pressure, record.experimental_density,
-                  record.calculated_density, record.r_factor, record.mean_cc_bond_sigma, probe,
-                  record.radiation_source, record.absolute_configuration, record.diffraction_details, powder,
-                  record.refinement_details, intensity_method);
-}
-
-auto fields(const ExperimentalInfo& record) {
-  return fields(record, record.probe, record.powder, record.intensity_method);
-}
-
 // Numbers were measured and computed: they are the same within the comparator's default tolerance.
 bool same(double a, double b) {
   return DoubleComparator().equal(a, b);
@@ -49,11 +35,6 @@ bool same(double a, double b) {
 template <class Field>
 bool same(const Field& a, const Field& b) {
   return a == b;
-}
-
-template <class... Fields, std::size_t... index>
-bool all_same(const std::tuple<Fields...>& a, const std::tuple<Fields...>& b, std::index_sequence<index...>) {
-  return (same(std::get<index>(a), std::get<index>(b)) && ...);
 }
 
 }  // namespace
@@ -111,34 +92,24 @@ THandle<EnumTextMapping<ExperimentalInfo::IntensityMethod>> ExperimentalInfo::in
 }
 
 void ExperimentalInfo::write(Archive& archive) const {
-  write_fields(archive, fields(*this));
+  write_all_fields(archive, *this);
 }
 
 void ExperimentalInfo::read(Archive& archive) {
-  auto read_probe = unknown_probe;
-  auto read_powder = unknown_study;
-  auto read_intensity_method = unknown_method;
-  read_fields(archive, fields(*this, read_probe, read_powder, read_intensity_method));
-  probe = read_probe;
+  const auto read = read_all_fields_but_enumerations(archive, *this);
+  probe = std::get<RadiationProbe>(read);
   validate_radiation_probe(probe);
-  intensity_method = read_intensity_method;
+  intensity_method = std::get<IntensityMethod>(read);
   validate_intensity_method(intensity_method);
-  powder = read_powder;
+  powder = std::get<PowderStudy>(read);
   validate_powder_study(powder);
 }
 
 void ExperimentalInfo::print(std::ostream& os) const {
-  os << "temperature (K): " << temperature << ", temperature text: " << temperature_text
-     << ", pressure: " << pressure << ", experimental density: " << experimental_density
-     << ", calculated density: " << calculated_density << ", R-factor: " << r_factor
-     << ", mean_cc_bond_sigma: " << mean_cc_bond_sigma << ", probe: " << static_cast<int>(probe)
-     << ", radiation source: " << radiation_source << ", absolute configuration: " << absolute_configuration
-     << ", diffraction details: " << diffraction_details << ", powder: " << static_cast<int>(powder)
-     << ", refinement details: " << refinement_details
-     << ", intensity method: " << static_cast<int>(intensity_method);
+  print_fields(os, *this);
 }
 
 bool ExperimentalInfo::operator==(const ExperimentalInfo& other) const {
-  const auto mine = fields(*this);
-  return all_same(mine, fields(other), std::make_index_sequence<std::tuple_size_v<decltype(mine)>>());
+  return std::apply([&](const auto&... field) { return (same(field.of(*this), field.of(other)) && ...); },
+                    fields());
 }

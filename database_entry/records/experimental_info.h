@@ -15,9 +15,11 @@
 #include <database_entry/foundations/enum_text_mapping.h>
 #include <database_entry/records/double_comparator.h>
 #include <database_entry/records/range.h>
+#include <utilities/fields.h>
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 
 class DATABASE_ENTRY_EXPORT ExperimentalInfo {
  public:
@@ -87,9 +89,36 @@ class DATABASE_ENTRY_EXPORT ExperimentalInfo {
   PowderStudy powder = unknown_study;
   std::string refinement_details;
   IntensityMethod intensity_method = unknown_method;
+
+  // In archive order, which is the order of comparison and of the summary too.
+  static constexpr auto fields() {
+    return std::tuple{
+        Field{"temperature", &ExperimentalInfo::temperature, "temperature (K)"},
+        Field{"temperature_text", &ExperimentalInfo::temperature_text, "temperature text"},
+        Field{"pressure", &ExperimentalInfo::pressure},
+        Field{"experimental_density", &ExperimentalInfo::experimental_density, "experimental density"},
+        Field{"calculated_density", &ExperimentalInfo::calculated_density, "calculated density"},
+        Field{"r_factor", &ExperimentalInfo::r_factor, "R-factor"},
+        Field{"mean_cc_bond_sigma", &ExperimentalInfo::mean_cc_bond_sigma},
+        Field{"probe", &ExperimentalInfo::probe},
+        Field{"radiation_source", &ExperimentalInfo::radiation_source, "radiation source"},
+        Field{"absolute_configuration", &ExperimentalInfo::absolute_configuration, "absolute configuration"},
+        Field{"diffraction_details", &ExperimentalInfo::diffraction_details, "diffraction details"},
+        Field{"powder", &ExperimentalInfo::powder},
+        Field{"refinement_details", &ExperimentalInfo::refinement_details, "refinement details"},
+        Field{"intensity_method", &ExperimentalInfo::intensity_method, "intensity method"}};
+  }
 };
 
 template <>
 inline constexpr bool is_archived_component<ExperimentalInfo> = true;
 template <>
 inline constexpr bool is_printed_component<ExperimentalInfo> = true;
+
+template <>
+inline constexpr auto enum_texts<ExperimentalInfo::RadiationProbe> = &ExperimentalInfo::radiation_probe_text;
+template <>
+inline constexpr auto enum_texts<ExperimentalInfo::PowderStudy> = &ExperimentalInfo::powder_text;
+template <>
+inline constexpr auto enum_texts<ExperimentalInfo::IntensityMethod> =
+    &ExperimentalInfo::intensity_method_text;

@@ -12,7 +12,7 @@
 
 #include <database_entry/export.h>
 #include <utilities/archive.h>
-#include <utilities/fields_of.h>
+#include <utilities/fields.h>
 
 #include <cstdint>
 #include <iosfwd>
@@ -50,15 +50,14 @@ class DATABASE_ENTRY_EXPORT Journal {
   // The name alone.
   void print(std::ostream& os) const;
 
- private:
-  friend FieldsOf;
-
   // In archive order.
-  template <class Self>
-  static auto fields(Self& self) {
-    return std::tie(self.name_, self.coden_, self.international_coden_);
+  static constexpr auto fields() {
+    return std::tuple{ReadOnlyField{"name", &Journal::name_}, ReadOnlyField{"coden", &Journal::coden_},
+                      ReadOnlyField{"international_coden", &Journal::international_coden_}};
   }
+  static constexpr bool archived_by_fields = true;
 
+ private:
   int coden_;
   std::string international_coden_;
   std::string name_;

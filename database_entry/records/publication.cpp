@@ -2,18 +2,6 @@
 #include <database_entry/records/publication.h>
 #include <utilities/archiving/field_list.h>
 
-#include <tuple>
-
-namespace {
-
-// In archive order.
-template <class Record>
-auto fields(Record& record) {
-  return std::tie(record.journal, record.authors, record.volume, record.year, record.page);
-}
-
-}  // namespace
-
 Publication::Publication(const std::vector<std::string>& the_authors, const Journal& the_journal,
                          const std::string& the_volume, int the_year, const std::string& the_page)
     : journal(the_journal), authors(the_authors), volume(the_volume), year(the_year), page(the_page) {}
@@ -23,11 +11,11 @@ std::string Publication::authors_comma_delimited() const {
 }
 
 void Publication::write(Archive& archive) const {
-  write_fields(archive, fields(*this));
+  write_all_fields(archive, *this);
 }
 
 void Publication::read(Archive& archive) {
-  read_fields(archive, fields(*this));
+  read_all_fields(archive, *this);
 }
 
 // Page before year, other than in the archive.

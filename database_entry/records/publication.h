@@ -13,8 +13,10 @@
 #include <database_entry/foundations/archive_encodings.h>
 #include <database_entry/foundations/component_text.h>
 #include <database_entry/records/journal.h>
+#include <utilities/fields.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 class DATABASE_ENTRY_EXPORT Publication {
@@ -39,6 +41,13 @@ class DATABASE_ENTRY_EXPORT Publication {
   std::string volume;
   int year = 0;
   std::string page;  // the first page, which may have letters
+
+  // In archive order; summaries and comparison have orders of their own.
+  static constexpr auto fields() {
+    return std::tuple{Field{"journal", &Publication::journal}, Field{"authors", &Publication::authors},
+                      Field{"volume", &Publication::volume}, Field{"year", &Publication::year},
+                      Field{"page", &Publication::page}};
+  }
 };
 
 template <>

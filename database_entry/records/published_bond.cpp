@@ -9,6 +9,5 @@ PublishedBond::PublishedBond(THandle<Atom> the_first_atom, THandle<Atom> the_sec
       second_flag(the_second_flag) {}
 
 bool PublishedBond::operator==(const PublishedBond& other) const {
-  return first_atom == other.first_atom && second_atom == other.second_atom && length == other.length &&
-         first_flag == other.first_flag && second_flag == other.second_flag;
+  return equal_fields(*this, other);
 }

@@ -6,7 +6,10 @@
 #include <chemistry/atom.h>
 #include <database_entry/export.h>
 #include <mathematics/uncertain_value.h>
+#include <utilities/fields.h>
 #include <utilities/t_handle.h>
+
+#include <tuple>
 
 class DATABASE_ENTRY_EXPORT PublishedBond {
  public:
@@ -23,4 +26,12 @@ class DATABASE_ENTRY_EXPORT PublishedBond {
   // Two properties of the bond that are carried and compared; their meaning is the caller's.
   bool first_flag;
   bool second_flag;
+
+  // In the order of comparison.
+  static constexpr auto fields() {
+    return std::tuple{
+        Field{"first_atom", &PublishedBond::first_atom}, Field{"second_atom", &PublishedBond::second_atom},
+        Field{"length", &PublishedBond::length}, Field{"first_flag", &PublishedBond::first_flag},
+        Field{"second_flag", &PublishedBond::second_flag}};
+  }
 };

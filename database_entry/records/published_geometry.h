@@ -9,8 +9,10 @@
 
 #include <database_entry/export.h>
 #include <database_entry/records/published_bond.h>
+#include <utilities/fields.h>
 #include <utilities/t_handle.h>
 
+#include <tuple>
 #include <vector>
 
 class DATABASE_ENTRY_EXPORT PublishedGeometry {
@@ -22,4 +24,8 @@ class DATABASE_ENTRY_EXPORT PublishedGeometry {
   THandle<std::vector<THandle<PublishedBond>>> bonds;
   // A property of the whole that is carried; its meaning is the caller's.
   bool flag = false;
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"bonds", &PublishedGeometry::bonds}, Field{"flag", &PublishedGeometry::flag}};
+  }
 };

@@ -10,7 +10,7 @@
 
 #include <mathematics/range_limit.h>
 #include <utilities/archive.h>
-#include <utilities/fields_of.h>
+#include <utilities/fields.h>
 
 #include <ostream>
 #include <tuple>
@@ -35,11 +35,11 @@ class Range {
   [[nodiscard]] Comparator comparator() && { return comparator_; }
 
   void write(Archive& archive) const {
-    std::apply([&](const auto&... each) { (archive << ... << each); }, fields(*this));
+    std::apply([&](const auto&... each) { (archive << ... << each); }, FieldAccess::tie(*this));
   }
 
   void read(Archive& archive) {
-    std::apply([&](auto&... each) { (archive >> ... >> each); }, fields(*this));
+    std::apply([&](auto&... each) { (archive >> ... >> each); }, FieldAccess::tie(*this));
   }
 
   // Conditions and values run together, without a separator.
@@ -52,15 +52,15 @@ class Range {
            comparator_.equal(lower_, other.lower_) && comparator_.equal(upper_, other.upper_);
   }
 
- private:
-  friend FieldsOf;
-
-  // In archive order.
-  template <class Self>
-  static auto fields(Self& self) {
-    return std::tie(self.lower_condition_, self.upper_condition_, self.lower_, self.upper_);
+  // In archive order. The comparator is none of them: a range that is read keeps its own.
+  static constexpr auto fields() {
+    return std::tuple{ReadOnlyField{"lower_condition", &Range::lower_condition_},
+                      ReadOnlyField{"upper_condition", &Range::upper_condition_},
+                      ReadOnlyField{"lower", &Range::lower_}, ReadOnlyField{"upper", &Range::upper_}};
   }
+  static constexpr bool archived_by_fields = true;
 
+ private:
   T lower_ = {};
   RangeLimit::LimitCondition lower_condition_ = RangeLimit::inclusive;
   T upper_ = {};

@@ -15,6 +15,7 @@
 #include <database_entry/foundations/archive_encodings.h>
 #include <database_entry/foundations/component_text.h>
 #include <database_entry/references/database_cross_reference.h>
+#include <utilities/fields.h>
 
 #include <iosfwd>
 #include <set>
@@ -54,6 +55,11 @@ class DATABASE_ENTRY_EXPORT CrossReferenceInfo {
   void print(std::ostream& os) const;
 
   friend bool operator==(const CrossReferenceInfo&, const CrossReferenceInfo&) = default;
+
+  // The set in its order.
+  static constexpr auto fields() {
+    return std::tuple{ReadOnlyField{"references", &CrossReferenceInfo::references_}};
+  }
 
  private:
   CrossReferences references_;

@@ -15,12 +15,13 @@
 #include <database_entry/foundations/enum_text_mapping.h>
 #include <utilities/archive.h>
 #include <utilities/database_entry_identifier.h>
-#include <utilities/fields_of.h>
+#include <utilities/fields.h>
 #include <utilities/t_handle.h>
 
 #include <cstdint>
 #include <iosfwd>
 #include <string>
+#include <tuple>
 #include <vector>
 
 class DATABASE_ENTRY_EXPORT DatabaseCrossReference {
@@ -71,16 +72,20 @@ class DATABASE_ENTRY_EXPORT DatabaseCrossReference {
   // Whether the type relates different forms of one compound: stereomer, racemate and isomer do.
   [[nodiscard]] static bool scope(CrossReferenceType type);
 
- private:
-  friend FieldsOf;
-
   // In archive order.
-  template <class Self>
-  static auto fields(Self& self) {
-    return std::tie(self.type_, self.text_);
+  static constexpr auto fields() {
+    return std::tuple{ReadOnlyField{"type", &DatabaseCrossReference::type_},
+                      ReadOnlyField{"text", &DatabaseCrossReference::text_}};
   }
+  static constexpr bool archived_by_fields = true;
+  // What read() refuses.
   void check() const { validate_cross_reference(type_); }
 
+ private:
   CrossReferenceType type_ = unknown;
   std::string text_;
 };
+
+template <>
+inline constexpr auto enum_texts<DatabaseCrossReference::CrossReferenceType> =
+    &DatabaseCrossReference::cross_reference_type_text;

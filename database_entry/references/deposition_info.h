@@ -19,11 +19,13 @@
 #include <database_entry/foundations/component_text.h>
 #include <database_entry/foundations/enum_text_mapping.h>
 #include <utilities/archive.h>
+#include <utilities/fields.h>
 #include <utilities/t_handle.h>
 
 #include <cstdint>
 #include <iosfwd>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -71,6 +73,11 @@ class DATABASE_ENTRY_EXPORT DepositionInfo {
   // A new mapping at each call.
   [[nodiscard]] static THandle<EnumTextMapping<DepositionType>> deposition_type_text();
 
+  // The list of pairs, type and text.
+  static constexpr auto fields() {
+    return std::tuple{ReadOnlyField{"depositions", &DepositionInfo::depositions_}};
+  }
+
  private:
   [[nodiscard]] std::vector<Deposition>::const_iterator first_of(DepositionType type) const;
 
@@ -91,3 +98,6 @@ template <>
 inline constexpr bool is_archived_component<DepositionInfo> = true;
 template <>
 inline constexpr bool is_printed_component<DepositionInfo> = true;
+
+template <>
+inline constexpr auto enum_texts<DepositionInfo::DepositionType> = &DepositionInfo::deposition_type_text;

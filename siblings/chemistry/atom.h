@@ -6,7 +6,7 @@
 #include <chemistry/export.h>
 #include <symmetry/fractional_coordinates.h>
 #include <utilities/archive.h>
-#include <utilities/fields_of.h>
+#include <utilities/fields.h>
 
 #include <string>
 #include <tuple>
@@ -24,13 +24,10 @@ class CHEMISTRY_EXPORT Atom {
   // Exactly; a NaN is equal to nothing.
   friend bool operator==(const Atom&, const Atom&) = default;
 
- private:
-  friend FieldsOf;
-
   // In archive order.
-  template <class Self>
-  static auto fields(Self& self) {
-    return std::tie(self.label, self.element, self.position.x, self.position.y, self.position.z,
-                    self.occupancy);
+  static constexpr auto fields() {
+    return std::tuple{Field{"label", &Atom::label}, Field{"element", &Atom::element},
+                      Field{"position", &Atom::position}, Field{"occupancy", &Atom::occupancy}};
   }
+  static constexpr bool archived_by_fields = true;
 };

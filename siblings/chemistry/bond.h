@@ -3,7 +3,10 @@
 
 #include <chemistry/atom.h>
 #include <chemistry/bond_type.h>
+#include <utilities/fields.h>
 #include <utilities/t_handle.h>
+
+#include <tuple>
 
 struct Bond {
   THandle<Atom> first;
@@ -12,4 +15,9 @@ struct Bond {
 
   // The same atoms in the same order, by identity, and the same type.
   friend bool operator==(const Bond&, const Bond&) = default;
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"first", &Bond::first}, Field{"second", &Bond::second},
+                      Field{"type", &Bond::type}};
+  }
 };

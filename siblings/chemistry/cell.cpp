@@ -28,12 +28,18 @@ double Cell::volume() const {
   return square > 0.0 ? a_ * b_ * c_ * std::sqrt(square) : 0.0;
 }
 
+// The six numbers, which are archived and compared.
+template <class Self>
+auto Cell::numbers(Self& cell) {
+  return std::tie(cell.a_, cell.b_, cell.c_, cell.alpha_, cell.beta_, cell.gamma_);
+}
+
 void Cell::write(Archive& archive) const {
-  write_fields(archive, a_, b_, c_, alpha_, beta_, gamma_, *symmetry_operators_);
+  write_fields(archive, std::tuple_cat(numbers(*this), std::tie(*symmetry_operators_)));
 }
 
 void Cell::read(Archive& archive) {
-  read_fields(archive, a_, b_, c_, alpha_, beta_, gamma_);
+  read_fields(archive, numbers(*this));
   std::vector<CrystalSymmetryOperator>& operators = unshared(symmetry_operators_);
   operators.clear();
   read_fields(archive, operators);
@@ -50,10 +56,7 @@ void Cell::print(std::ostream& os) const {
 }
 
 bool operator==(const Cell& left, const Cell& right) {
-  const auto numbers = [](const Cell& cell) {
-    return std::tie(cell.a_, cell.b_, cell.c_, cell.alpha_, cell.beta_, cell.gamma_);
-  };
-  if (numbers(left) != numbers(right)) return false;
+  if (Cell::numbers(left) != Cell::numbers(right)) return false;
   if (left.symmetry_operators_ == right.symmetry_operators_) return true;
   return !left.symmetry_operators_.is_null() && !right.symmetry_operators_.is_null() &&
          *left.symmetry_operators_ == *right.symmetry_operators_;

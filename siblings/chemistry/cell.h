@@ -7,9 +7,11 @@
 #include <chemistry/export.h>
 #include <symmetry/crystal_symmetry_operator.h>
 #include <utilities/archive.h>
+#include <utilities/fields.h>
 #include <utilities/t_handle.h>
 
 #include <iosfwd>
+#include <tuple>
 #include <vector>
 
 class CHEMISTRY_EXPORT Cell {
@@ -53,7 +55,21 @@ class CHEMISTRY_EXPORT Cell {
   // The numbers exactly, and the operators one by one. Two null lists are equal.
   friend CHEMISTRY_EXPORT bool operator==(const Cell& left, const Cell& right);
 
+  // In archive order. The operators are archived as a list, without their handle.
+  static constexpr auto fields() {
+    return std::tuple{ReadOnlyField{"a", &Cell::a_},
+                      ReadOnlyField{"b", &Cell::b_},
+                      ReadOnlyField{"c", &Cell::c_},
+                      ReadOnlyField{"alpha", &Cell::alpha_},
+                      ReadOnlyField{"beta", &Cell::beta_},
+                      ReadOnlyField{"gamma", &Cell::gamma_},
+                      ReadOnlyField{"symmetry_operators", &Cell::symmetry_operators_}};
+  }
+
  private:
+  template <class Self>
+  static auto numbers(Self& cell);
+
   double a_ = 0.0;
   double b_ = 0.0;
   double c_ = 0.0;

@@ -3,8 +3,10 @@
 
 #include <chemistry/diagram_bond.h>
 #include <chemistry/export.h>
+#include <utilities/fields.h>
 
 #include <iosfwd>
+#include <tuple>
 #include <vector>
 
 class CHEMISTRY_EXPORT ChemicalDiagram {
@@ -14,4 +16,8 @@ class CHEMISTRY_EXPORT ChemicalDiagram {
 
   // "diagram atoms: 6, diagram bonds: 6" and a line end.
   void print(std::ostream& os) const;
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"atoms", &ChemicalDiagram::atoms}, Field{"bonds", &ChemicalDiagram::bonds}};
+  }
 };

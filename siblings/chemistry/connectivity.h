@@ -6,13 +6,20 @@
 
 #include <chemistry/connectivity_bond.h>
 #include <chemistry/export.h>
+#include <utilities/fields.h>
 
+#include <tuple>
 #include <vector>
 
 class CHEMISTRY_EXPORT Connectivity {
  public:
   std::vector<THandle<ConnectivityAtom>> atoms;
   std::vector<THandle<ConnectivityBond>> bonds;
+
+  // In archive order; a bond is archived by the positions of its atoms.
+  static constexpr auto fields() {
+    return std::tuple{Field{"atoms", &Connectivity::atoms}, Field{"bonds", &Connectivity::bonds}};
+  }
 
   // Throws NullHandleError for a null atom or bond, and std::invalid_argument for a bond to an atom that is
   // not in the list; what precedes it has been written.

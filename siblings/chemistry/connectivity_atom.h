@@ -5,7 +5,7 @@
 
 #include <chemistry/export.h>
 #include <utilities/archive.h>
-#include <utilities/fields_of.h>
+#include <utilities/fields.h>
 
 #include <string>
 #include <tuple>
@@ -22,12 +22,11 @@ class CHEMISTRY_EXPORT ConnectivityAtom {
 
   friend bool operator==(const ConnectivityAtom&, const ConnectivityAtom&) = default;
 
- private:
-  friend FieldsOf;
-
   // In archive order.
-  template <class Self>
-  static auto fields(Self& self) {
-    return std::tie(self.element, self.label, self.charge, self.hydrogen_count);
+  static constexpr auto fields() {
+    return std::tuple{Field{"element", &ConnectivityAtom::element}, Field{"label", &ConnectivityAtom::label},
+                      Field{"charge", &ConnectivityAtom::charge},
+                      Field{"hydrogen_count", &ConnectivityAtom::hydrogen_count}};
   }
+  static constexpr bool archived_by_fields = true;
 };

@@ -5,8 +5,10 @@
 
 #include <chemistry/connectivity.h>
 #include <chemistry/export.h>
+#include <utilities/fields.h>
 
 #include <iosfwd>
+#include <tuple>
 
 class CHEMISTRY_EXPORT ConnectivityInfo {
  public:
@@ -28,6 +30,11 @@ class CHEMISTRY_EXPORT ConnectivityInfo {
   // The connectivities by value.
   friend bool operator==(const ConnectivityInfo& left, const ConnectivityInfo& right) {
     return *left.connectivity_ == *right.connectivity_;
+  }
+
+  // Archived as its connectivity is.
+  static constexpr auto fields() {
+    return std::tuple{ReadOnlyField{"connectivity", &ConnectivityInfo::connectivity_}};
   }
 
  private:

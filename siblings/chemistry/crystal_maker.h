@@ -7,9 +7,11 @@
 #include <chemistry/cell.h>
 #include <chemistry/export.h>
 #include <utilities/archive.h>
+#include <utilities/fields.h>
 #include <utilities/t_handle.h>
 
 #include <iosfwd>
+#include <tuple>
 #include <vector>
 
 class CHEMISTRY_EXPORT CrystalMaker {
@@ -36,6 +38,12 @@ class CHEMISTRY_EXPORT CrystalMaker {
   virtual void read(Archive& archive);
   // "cell: ", the cell, ", atoms: 12" and a line end.
   virtual void print(std::ostream& os) const;
+
+  // In archive order. The cell is archived by its own virtual operations.
+  static constexpr auto fields() {
+    return std::tuple{ReadOnlyField{"cell", &CrystalMaker::cell_},
+                      ReadOnlyField{"atoms", &CrystalMaker::atoms_}};
+  }
 
  private:
   THandle<Cell> cell_;

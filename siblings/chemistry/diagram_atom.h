@@ -1,7 +1,10 @@
 // An atom of a chemical diagram, where it is drawn.
 #pragma once
 
+#include <utilities/fields.h>
+
 #include <string>
+#include <tuple>
 
 struct DiagramAtom {
   std::string element;  // the symbol: "C"
@@ -11,4 +14,10 @@ struct DiagramAtom {
   double y = 0.0;       // upwards
 
   friend bool operator==(const DiagramAtom&, const DiagramAtom&) = default;
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"element", &DiagramAtom::element}, Field{"label", &DiagramAtom::label},
+                      Field{"charge", &DiagramAtom::charge}, Field{"x", &DiagramAtom::x},
+                      Field{"y", &DiagramAtom::y}};
+  }
 };

@@ -4,6 +4,9 @@
 //   match.atoms.emplace_back(crystal_atom, diagram_atom);
 #pragma once
 
+#include <utilities/fields.h>
+
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -11,4 +14,8 @@ template <class A1, class B1, class A2, class B2>
 struct GraphMatch {
   std::vector<std::pair<A1, A2>> atoms;
   std::vector<std::pair<B1, B2>> bonds;
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"atoms", &GraphMatch::atoms}, Field{"bonds", &GraphMatch::bonds}};
+  }
 };

@@ -2,6 +2,9 @@
 #pragma once
 
 #include <mathematics/export.h>
+#include <utilities/fields.h>
+
+#include <tuple>
 
 class MATHEMATICS_EXPORT UncertainValue {
  public:
@@ -14,6 +17,11 @@ class MATHEMATICS_EXPORT UncertainValue {
 
   // Both exactly; a NaN is equal to nothing.
   friend bool operator==(const UncertainValue&, const UncertainValue&) = default;
+
+  static constexpr auto fields() {
+    return std::tuple{ReadOnlyField{"value", &UncertainValue::value_},
+                      ReadOnlyField{"standard_uncertainty", &UncertainValue::standard_uncertainty_}};
+  }
 
  private:
   double value_;

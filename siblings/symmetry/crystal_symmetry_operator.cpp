@@ -204,9 +204,9 @@ FractionalCoordinates CrystalSymmetryOperator::apply(const FractionalCoordinates
 }
 
 void CrystalSymmetryOperator::write(Archive& archive) const {
-  write_fields(archive, fields(*this));
+  write_fields(archive, *this);
 }
 
 void CrystalSymmetryOperator::read(Archive& archive) {
-  read_fields(archive, fields(*this));
+  read_fields(archive, *this);
 }

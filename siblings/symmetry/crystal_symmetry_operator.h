@@ -10,7 +10,7 @@
 #include <symmetry/export.h>
 #include <symmetry/fractional_coordinates.h>
 #include <utilities/archive.h>
-#include <utilities/fields_of.h>
+#include <utilities/fields.h>
 
 #include <array>
 #include <string>
@@ -39,15 +39,14 @@ class SYMMETRY_EXPORT CrystalSymmetryOperator {
 
   friend bool operator==(const CrystalSymmetryOperator&, const CrystalSymmetryOperator&) = default;
 
- private:
-  friend FieldsOf;
-
-  // In archive order.
-  template <class Self>
-  static auto fields(Self& self) {
-    return std::tie(self.rotation_, self.translation_);
+  // In archive order; the rotation row by row.
+  static constexpr auto fields() {
+    return std::tuple{ReadOnlyField{"rotation", &CrystalSymmetryOperator::rotation_},
+                      ReadOnlyField{"translation", &CrystalSymmetryOperator::translation_}};
   }
+  static constexpr bool archived_by_fields = true;
 
+ private:
   std::array<int, 9> rotation_ = {1, 0, 0, 0, 1, 0, 0, 0, 1};
   std::array<double, 3> translation_ = {0.0, 0.0, 0.0};
 };

@@ -5,10 +5,12 @@
 
 #include <utilities/archive.h>
 #include <utilities/export.h>
+#include <utilities/fields.h>
 
 #include <compare>
 #include <iosfwd>
 #include <string>
+#include <tuple>
 
 class UTILITIES_EXPORT DatabaseEntryIdentifier {
  public:
@@ -28,6 +30,12 @@ class UTILITIES_EXPORT DatabaseEntryIdentifier {
   friend bool operator==(const DatabaseEntryIdentifier&, const DatabaseEntryIdentifier&) = default;
   friend std::strong_ordering operator<=>(const DatabaseEntryIdentifier&,
                                           const DatabaseEntryIdentifier&) = default;
+
+  // Archived as its text is.
+  static constexpr auto fields() {
+    return std::tuple{ReadOnlyField{"text", &DatabaseEntryIdentifier::text_}};
+  }
+  static constexpr bool archived_by_fields = true;
 
  private:
   std::string text_;

@@ -30,18 +30,21 @@ Date::Date(int year, int month, int day) : year_(year), month_(month), day_(day)
 }
 
 void Date::write(Archive& archive) const {
-  write_fields(archive, year_, month_, day_);
+  write_all_fields(archive, *this);
 }
 
 void Date::read(Archive& archive) {
-  using Numbers = std::array<int, 3>;
-  Numbers read{};
+  std::array<int, 3> read{};
   read_fields(archive, read);
-  *this = read == Numbers{} ? Date() : Date(read[0], read[1], read[2]);
+  year_ = read[0];
+  month_ = read[1];
+  day_ = read[2];
 }
 
 void Date::print(std::ostream& os) const {
-  char text[48];
-  std::snprintf(text, sizeof text, "%s%04d-%02d-%02d", year_ < 0 ? "-" : "", std::abs(year_), month_, day_);
+  char text[64];
+  // In more bits, because an archive may hold the one int that has no positive counterpart.
+  std::snprintf(text, sizeof text, "%s%04lld-%02d-%02d", year_ < 0 ? "-" : "",
+                std::abs(static_cast<long long>(year_)), month_, day_);
   os << text;
 }

@@ -1,16 +1,18 @@
-// A day of the proleptic Gregorian calendar, or no date.
+// A day of the proleptic Gregorian calendar, or no date; from an archive any three numbers.
 //
 //   Date accession(2003, 5, 17);
 //   accession.print(std::cout);    // 2003-05-17
 //
-// Bytes: three int: year, month, day; 0, 0, 0 for no date.
+// Bytes: three ints: year, month, day; 0, 0, 0 for no date.
 #pragma once
 
 #include <utilities/archive.h>
 #include <utilities/export.h>
+#include <utilities/fields.h>
 
 #include <compare>
 #include <iosfwd>
+#include <tuple>
 
 class UTILITIES_EXPORT Date {
  public:
@@ -25,13 +27,20 @@ class UTILITIES_EXPORT Date {
   [[nodiscard]] int day() const { return day_; }
 
   void write(Archive& archive) const;
-  // Throws std::invalid_argument when the archive holds neither a day nor no date; the old date stays.
+  // Takes any three numbers, unchecked: there are archives with dates known to the month (2003, 5, 0). Throws
+  // ArchiveError where the stream ends; the old date stays.
   void read(Archive& archive);
   // Four digits of the year at least, two of the month, two of the day: "2003-05-17", "0000-00-00".
   void print(std::ostream& os) const;
 
   friend bool operator==(const Date&, const Date&) = default;
   friend std::strong_ordering operator<=>(const Date&, const Date&) = default;
+
+  // In archive order.
+  static constexpr auto fields() {
+    return std::tuple{ReadOnlyField{"year", &Date::year_}, ReadOnlyField{"month", &Date::month_},
+                      ReadOnlyField{"day", &Date::day_}};
+  }
 
  private:
   int year_ = 0;

@@ -85,10 +85,13 @@ const std::set<std::string> spelled_out = {
     "database_entry/entries/crystal_structure_database_entry_data_source.h",
     "database_entry/entries/crystal_structure_deferred_database_entry.h",
     "database_entry/entries/crystal_structure_immediate_database_entry.h",
+    "tests/entries/asked_accessors_test.cpp",                            // which are asked, in which order
     "tests/entries/components_test.cpp",                                 // the kinds, which never change
     "tests/entries/crystal_structure_deferred_database_entry_test.cpp",  // a source that counts
+    "tests/entries/noting_entry.h",                                      // an entry that notes who asks
     "tests/reliability/source_faults_test.cpp",                          // a source that fails
     "tests/stores/store_suite_test.cpp",                                 // what a store keeps of each
+    "tests/summaries/printables.cpp",                                    // one of each summary
     "tools/commands/diff_command.cpp",
     "exchange/entry_json.cpp",
 };

@@ -80,19 +80,36 @@ TEST(Date, ReadsBackDaysAndNoDate) {
   }
 }
 
-TEST(Date, KeepsItsValueWhenTheArchiveHoldsNoDay) {
-  Date date(2003, 5, 17);
-  const NoDay cases[] = {{2003, 13, 1, "no month"},
-                         {2003, 1, 0, "no day"},
-                         {0, 0, 1, "no month"},
-                         {0, 1, 0, "no day"},
-                         {2003, 0, 0, "a year alone"}};
-  for (const NoDay& c : cases) {
-    EXPECT_THROW(read_from(bytes(int32(c.year), int32(c.month), int32(c.day)),
-                           [&](Archive& archive) { date.read(archive); }),
-                 std::invalid_argument)
-        << c.reason;
+struct ThreeNumbers {
+  int year, month, day;
+  const char* text;
+  const char* reason;
+};
+
+TEST(Date, TakesAnyThreeNumbersFromAnArchiveAndPrintsThem) {
+  const ThreeNumbers cases[] = {
+      {2003, 5, 0, "2003-05-00", "known to the month"},
+      {2003, 0, 0, "2003-00-00", "known to the year"},
+      {2003, 13, 1, "2003-13-01", "no month of the calendar"},
+      {0, 0, 1, "0000-00-01", "a day alone"},
+      {2003, -5, -17, "2003--5--17", "negative month and day"},
+      {least, least, least, "-2147483648--2147483648--2147483648", "no int is less"},
+      {greatest, greatest, greatest, "2147483647-2147483647-2147483647", "no int is greater"},
+  };
+  for (const ThreeNumbers& c : cases) {
+    Date date;
+    const std::string stored = bytes(int32(c.year), int32(c.month), int32(c.day));
+    read_from(stored, [&](Archive& archive) { date.read(archive); });
+    EXPECT_EQ(date.year(), c.year) << c.reason;
+    EXPECT_EQ(date.month(), c.month) << c.reason;
+    EXPECT_EQ(date.day(), c.day) << c.reason;
+    EXPECT_EQ(printed(date), c.text) << c.reason;
+    EXPECT_EQ(written([&](Archive& archive) { date.write(archive); }), stored) << c.reason;
   }
+}
+
+TEST(Date, KeepsItsValueWhenTheStreamEndsInIt) {
+  Date date(2003, 5, 17);
   EXPECT_THROW(read_from(bytes(int32(1), int32(2)), [&](Archive& archive) { date.read(archive); }),
                ArchiveError);
   EXPECT_EQ(date, Date(2003, 5, 17));

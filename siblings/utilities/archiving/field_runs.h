@@ -7,7 +7,7 @@
 
 #include <utilities/archiving/read_cursor.h>
 #include <utilities/archiving/write_cursor.h>
-#include <utilities/fields_of.h>
+#include <utilities/fields.h>
 
 #include <tuple>
 #include <utility>
@@ -24,19 +24,14 @@ concept Counted = requires {
   CountedField<T>::count_name;
 };
 
-template <class T>
-concept Listed = requires(T& object) {
-  FieldsOf::list(object);
-};
-
 template <class Fields, std::size_t Index>
-using Field = std::remove_cvref_t<std::tuple_element_t<Index, Fields>>;
+using FieldAt = std::remove_cvref_t<std::tuple_element_t<Index, Fields>>;
 
 // The index after the scalars that are side by side from `First` on.
 template <class Fields, std::size_t First>
 consteval std::size_t end_of_scalars() {
   if constexpr (First < std::tuple_size_v<Fields>) {
-    if constexpr (ScalarOrArray<Field<Fields, First>>) return end_of_scalars<Fields, First + 1>();
+    if constexpr (ScalarOrArray<FieldAt<Fields, First>>) return end_of_scalars<Fields, First + 1>();
   }
   return First;
 }
@@ -55,10 +50,10 @@ void write_from(WriteCursor& cursor, const std::tuple<Types...>& fields) {
     constexpr auto run = std::make_index_sequence<after - First>();
     if constexpr (after < sizeof...(Types)) {
       const auto& next = std::get<after>(fields);
-      if constexpr (std::same_as<Field<Fields, after>, std::string>) {
+      if constexpr (std::same_as<FieldAt<Fields, after>, std::string>) {
         with_fields<First>(fields, run, [&](const auto&... scalars) { cursor.write_text(next, scalars...); });
-      } else if constexpr (Counted<Field<Fields, after>>) {
-        using Contents = CountedField<Field<Fields, after>>;
+      } else if constexpr (Counted<FieldAt<Fields, after>>) {
+        using Contents = CountedField<FieldAt<Fields, after>>;
         const unsigned int count = cursor.checked_count(Contents::count(next), Contents::count_name);
         with_fields<First>(fields, run, [&](const auto&... scalars) { cursor.write_run(scalars..., count); });
         Contents::write(cursor, next);
@@ -66,8 +61,8 @@ void write_from(WriteCursor& cursor, const std::tuple<Types...>& fields) {
         if constexpr (after > First) {
           with_fields<First>(fields, run, [&](const auto&... scalars) { cursor.write_run(scalars...); });
         }
-        if constexpr (Listed<Field<Fields, after>>) {
-          write_from(cursor, FieldsOf::list(next));
+        if constexpr (ArchivedByFields<FieldAt<Fields, after>>) {
+          write_from(cursor, FieldAccess::tie_archived(next));
         } else {
           cursor.detached([&next](Archive& archive) { next.write(archive); });
         }
@@ -87,10 +82,10 @@ void read_from(ReadCursor& cursor, const std::tuple<Types...>& fields) {
     constexpr auto run = std::make_index_sequence<after - First>();
     if constexpr (after < sizeof...(Types)) {
       auto& next = std::get<after>(fields);
-      if constexpr (std::same_as<Field<Fields, after>, std::string>) {
+      if constexpr (std::same_as<FieldAt<Fields, after>, std::string>) {
         with_fields<First>(fields, run, [&](auto&... scalars) { cursor.read_text(next, scalars...); });
-      } else if constexpr (Counted<Field<Fields, after>>) {
-        using Contents = CountedField<Field<Fields, after>>;
+      } else if constexpr (Counted<FieldAt<Fields, after>>) {
+        using Contents = CountedField<FieldAt<Fields, after>>;
         int count = 0;
         with_fields<First>(fields, run, [&](auto&... scalars) { cursor.read_run(scalars..., count); });
         Contents::read(cursor, next, cursor.checked_count(count, Contents::count_name));
@@ -98,9 +93,9 @@ void read_from(ReadCursor& cursor, const std::tuple<Types...>& fields) {
         if constexpr (after > First) {
           with_fields<First>(fields, run, [&](auto&... scalars) { cursor.read_run(scalars...); });
         }
-        if constexpr (Listed<Field<Fields, after>>) {
-          read_from(cursor, FieldsOf::list(next));
-          FieldsOf::check(next);
+        if constexpr (ArchivedByFields<FieldAt<Fields, after>>) {
+          read_from(cursor, FieldAccess::tie_archived(next));
+          FieldAccess::check(next);
         } else {
           cursor.detached([&next](Archive& archive) { next.read(archive); });
         }
