@@ -19,58 +19,58 @@ std::string unchanging_file(const std::string& path) {
 
 }  // namespace
 
-Statement::~Statement() {
+SqliteStatement::~SqliteStatement() {
   sqlite3_reset(statement_);
   sqlite3_clear_bindings(statement_);
 }
 
-void Statement::bind(int index, std::int64_t value) {
+void SqliteStatement::bind(int index, std::int64_t value) {
   if (const int code = sqlite3_bind_int64(statement_, index, value)) connection_.fail(code);
 }
-void Statement::bind(int index, double value) {
+void SqliteStatement::bind(int index, double value) {
   if (const int code = sqlite3_bind_double(statement_, index, value)) connection_.fail(code);
 }
-void Statement::bind(int index, std::string_view bytes) {
+void SqliteStatement::bind(int index, std::string_view bytes) {
   // A null pointer would be NULL, not an empty text.
   const char* const data = bytes.data() == nullptr ? "" : bytes.data();
   if (const int code = sqlite3_bind_blob64(statement_, index, data, bytes.size(), SQLITE_STATIC))
     connection_.fail(code);
 }
-void Statement::bind(int index, const SqlValue& value) {
+void SqliteStatement::bind(int index, const SqlValue& value) {
   std::visit([&](const auto& alternative) { bind(index, alternative); }, value);
 }
-void Statement::bind_null(int index) {
+void SqliteStatement::bind_null(int index) {
   if (const int code = sqlite3_bind_null(statement_, index)) connection_.fail(code);
 }
 
-bool Statement::step() {
+bool SqliteStatement::step() {
   const int code = sqlite3_step(statement_);
   if (code == SQLITE_ROW) return true;
   if (code == SQLITE_DONE) return false;
   connection_.fail(code);
 }
 
-void Statement::run() {
+void SqliteStatement::run() {
   while (step()) continue;
   sqlite3_reset(statement_);
 }
 
-bool Statement::is_null(int column) const {
+bool SqliteStatement::is_null(int column) const {
   return sqlite3_column_type(statement_, column) == SQLITE_NULL;
 }
-std::int64_t Statement::integer(int column) const {
+std::int64_t SqliteStatement::integer(int column) const {
   return sqlite3_column_int64(statement_, column);
 }
-double Statement::number(int column) const {
+double SqliteStatement::number(int column) const {
   return sqlite3_column_double(statement_, column);
 }
-std::string_view Statement::bytes(int column) const {
+std::string_view SqliteStatement::bytes(int column) const {
   const void* const data = sqlite3_column_blob(statement_, column);
   const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement_, column));
   return data == nullptr ? std::string_view() : std::string_view(static_cast<const char*>(data), size);
 }
 
-Connection::Connection(const std::string& path, Access access) : path_(path) {
+SqliteConnection::SqliteConnection(const std::string& path, Access access) : path_(path) {
   // Nobody else uses the connection at the same time, and a file name is never taken for a URI by itself.
   int flags = SQLITE_OPEN_NOMUTEX;
   switch (access) {
@@ -105,12 +105,12 @@ Connection::Connection(const std::string& path, Access access) : path_(path) {
   }
 }
 
-Connection::~Connection() {
+SqliteConnection::~SqliteConnection() {
   statements_.clear();
   sqlite3_close_v2(database_);
 }
 
-Statement Connection::statement(const std::string& sql) {
+SqliteStatement SqliteConnection::statement(const std::string& sql) {
   auto found = statements_.find(sql);
   if (found == statements_.end()) {
     // Queries are as many as their askers think of; our own statements are few.
@@ -125,25 +125,60 @@ Statement Connection::statement(const std::string& sql) {
   return {*this, found->second};
 }
 
-void Connection::run(const std::string& sql) {
+void SqliteConnection::run(const std::string& sql) {
   const int code = sqlite3_exec(database_, sql.c_str(), nullptr, nullptr, nullptr);
   if (code != SQLITE_OK) fail(code);
 }
 
-std::int64_t Connection::value_of(const std::string& sql) {
-  Statement one = statement(sql);
+std::int64_t SqliteConnection::value_of(const std::string& sql) {
+  SqliteStatement one = statement(sql);
   return one.step() ? one.integer(0) : 0;
 }
 
-void Connection::roll_back() noexcept {
+void SqliteConnection::transaction(const std::function<void()>& work) {
+  run("BEGIN IMMEDIATE");
+  try {
+    work();
+    run("COMMIT");
+  } catch (...) {
+    roll_back();
+    throw;
+  }
+}
+
+void SqliteConnection::begin_snapshot() {
+  run("BEGIN");
+  try {
+    // The state is that of the first read.
+    run("SELECT 1 FROM entry LIMIT 1");
+  } catch (...) {
+    roll_back();
+    throw;
+  }
+}
+void SqliteConnection::end_snapshot() noexcept {
+  roll_back();
+}
+
+std::vector<std::string> SqliteConnection::faults() {
+  std::vector<std::string> found;
+  SqliteStatement check = statement("PRAGMA integrity_check(100)");
+  while (check.step()) {
+    if (check.bytes(0) != "ok") found.emplace_back(check.bytes(0));
+  }
+  return found;
+}
+
+// A transaction may have ended itself.
+void SqliteConnection::roll_back() noexcept {
   if (sqlite3_get_autocommit(database_) == 0) sqlite3_exec(database_, "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
-bool Connection::is_read_only() const {
+bool SqliteConnection::is_read_only() const {
   return sqlite3_db_readonly(database_, "main") != 0;
 }
 
-void Connection::fail(int code) const {
+void SqliteConnection::fail(int code) const {
   std::string reason = database_ == nullptr ? sqlite3_errstr(code) : sqlite3_errmsg(database_);
   switch (code & 0xFF) {
     case SQLITE_CORRUPT:

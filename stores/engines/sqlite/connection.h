@@ -1,8 +1,8 @@
 // One connection to a SQLite file, with its prepared statements kept.
 // Internal: for sqlite_engine.h.
 //
-//   Connection connection(path, Connection::Access::write);
-//   Statement statement = connection.statement("SELECT number FROM entry WHERE identifier = ?1");
+//   SqliteConnection connection(path, SqliteConnection::Access::write);
+//   SqliteStatement statement = connection.statement("SELECT number FROM entry WHERE identifier = ?1");
 //   statement.bind(1, identifier);
 //   while (statement.step()) use(statement.integer(0));
 //
@@ -13,23 +13,25 @@
 #include <stores/entry_query.h>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
-class Connection;
+class SqliteConnection;
 
 // A prepared statement that is in use; it is reset when this goes.
-class Statement {
+class SqliteStatement {
  public:
-  Statement(Connection& connection, std::shared_ptr<sqlite3_stmt> kept)
+  SqliteStatement(SqliteConnection& connection, std::shared_ptr<sqlite3_stmt> kept)
       : connection_(connection), kept_(std::move(kept)), statement_(kept_.get()) {}
-  Statement(const Statement&) = delete;
-  Statement& operator=(const Statement&) = delete;
-  ~Statement();
+  SqliteStatement(const SqliteStatement&) = delete;
+  SqliteStatement& operator=(const SqliteStatement&) = delete;
+  ~SqliteStatement();
 
   // Texts are bound as bytes, which must outlive the statement.
   void bind(int index, std::int64_t value);
@@ -48,6 +50,8 @@ class Statement {
   void bind(int index, const SqlValue& value);
   void bind_null(int index);
 
+  // Rows are given as they are found, here always.
+  void stream() {}
   // The next row, or false at the end.
   bool step();
   // Steps to the end, for the next values.
@@ -60,28 +64,53 @@ class Statement {
   [[nodiscard]] std::string_view bytes(int column) const;
 
  private:
-  Connection& connection_;
+  SqliteConnection& connection_;
   std::shared_ptr<sqlite3_stmt> kept_;
   sqlite3_stmt* statement_;
 };
 
-class Connection {
+class SqliteConnection {
  public:
+  using Statement = SqliteStatement;
+
   // `unchanging`: nobody writes to the file while it is open, so that nothing is locked beside it.
   enum class Access { read, unchanging, write, create };
 
   // Throws EntryStoreError when the file cannot be opened.
-  Connection(const std::string& path, Access access);
-  Connection(const Connection&) = delete;
-  Connection& operator=(const Connection&) = delete;
-  ~Connection();
+  SqliteConnection(const std::string& path, Access access);
+  SqliteConnection(const SqliteConnection&) = delete;
+  SqliteConnection& operator=(const SqliteConnection&) = delete;
+  ~SqliteConnection();
 
-  [[nodiscard]] Statement statement(const std::string& sql);
+  [[nodiscard]] SqliteStatement statement(const std::string& sql);
   // Without a result, not kept.
   void run(const std::string& sql);
   [[nodiscard]] std::int64_t value_of(const std::string& sql);
-  // Ends a transaction as if it had never been, also where it has ended itself.
-  void roll_back() noexcept;
+
+  // Runs `work` as one transaction, which other writers wait for.
+  void transaction(const std::function<void()>& work);
+  // Until it ends, all reads see the state of now.
+  void begin_snapshot();
+  void end_snapshot() noexcept;
+  // What is wrong with the file itself.
+  [[nodiscard]] std::vector<std::string> faults();
+
+  static constexpr SqlDialect dialect = SqlDialect::sqlite;
+  static std::string identifier_is(const std::string& relation, const std::string& parameter) {
+    return "e.identifier " + relation + " " + parameter;
+  }
+  static std::string identifier_order(bool descending) {
+    return descending ? "e.identifier DESC" : "e.identifier";
+  }
+  static std::string origin_is(const std::string& file, const std::string& block) {
+    return "e.source = " + file + " AND e.block IS " + block;
+  }
+  static std::string imported_is(const std::string& file) { return "file = " + file; }
+  static constexpr const char* insert_imported =
+      "INSERT OR REPLACE INTO imported (file, sha256) VALUES (?1, ?2)";
+  static constexpr const char* more_names = "";
+  static constexpr const char* more_values = "";
+
   // Whether it is open for reading only, asked for or not.
   [[nodiscard]] bool is_read_only() const;
 
@@ -89,6 +118,8 @@ class Connection {
   [[noreturn]] void fail(int code) const;
 
  private:
+  void roll_back() noexcept;
+
   std::string path_;
   sqlite3* database_ = nullptr;
   std::unordered_map<std::string, std::shared_ptr<sqlite3_stmt>> statements_;
