@@ -16,11 +16,6 @@ namespace {
 
 using Entry = CrystalStructureImmediateDatabaseEntry;
 
-// The parser's name for a bare data_.
-bool has_name(const CifBlock& block) {
-  return !block.name().empty() && block.name() != "#";
-}
-
 std::string name_of_byte(unsigned char byte) {
   switch (byte) {
     case 0x00:
@@ -65,13 +60,16 @@ std::size_t original_offset(std::string_view original, std::size_t offset) {
 // Why a text has no blocks at all; empty when it may have some.
 std::string reason_for_no_block(std::string_view text) {
   bool has_comment = false;
-  while (!text.empty()) {
-    const std::size_t word = text.find_first_not_of(" \t\r\n");
-    if (word == std::string_view::npos) break;
-    if (text[word] != '#') return "";
-    has_comment = true;
-    const std::size_t end = text.find_first_of("\r\n", word);
-    text.remove_prefix(end == std::string_view::npos ? text.size() : end);
+  bool in_comment = false;
+  for (const char c : text) {
+    const bool is_blank = c == ' ' || c == '\t' || c == '\r' || c == '\n';
+    if (in_comment) {
+      in_comment = c != '\r' && c != '\n';
+    } else if (c == '#') {
+      has_comment = in_comment = true;
+    } else if (!is_blank) {
+      return "";
+    }
   }
   return has_comment ? "the file holds only comments" : "the file is empty";
 }
@@ -141,22 +139,24 @@ class CifReader::Impl {
 
   void look_into(std::size_t region) {
     try {
-      Kept kept{region, CifDocument(text_, regions_[region]), {}};
+      Kept& kept = kept_.emplace_back();
+      kept.region = region;
+      kept.document.read(text_, regions_[region]);
       for (const CifBlock& block : kept.document.blocks()) {
         const CifBlockKind kind = kind_of(block);
         if (kind == CifBlockKind::structure) ++structure_count_;
         if (kind == CifBlockKind::shared && says_anything(block)) kept.blocks.push_back({&block, false});
       }
-      if (!kept.blocks.empty()) kept_.push_back(std::move(kept));
     } catch (const CifError&) {
       // It is told when its turn comes.
     }
+    if (kept_.back().blocks.empty()) kept_.pop_back();
   }
 
   void read_region(std::size_t region) {
     try {
-      const CifDocument document(text_, regions_[region]);
-      for (const CifBlock& block : document.blocks()) read_block(region, block);
+      document_.read(text_, regions_[region]);
+      for (const CifBlock& block : document_.blocks()) read_block(region, block);
     } catch (const CifError& error) {
       fail(error.fault);
     }
@@ -255,18 +255,24 @@ class CifReader::Impl {
       if (!codes.cod.empty() && (is_own || values.own_first(field("cod_code")))) return "C" + codes.cod;
       if (!codes.amcsd.empty() && (is_own || values.own_first(field("amcsd_code")))) return "A" + codes.amcsd;
     }
-    return has_name(values.own()) ? values.own().name() : options_.file_stem;
+    const std::string name = values.own().name();
+    return name.empty() ? options_.file_stem : name;
   }
 
   static void list_not_kept(const CifBlock& block, const std::vector<SharedBlock*>& shared,
                             ImportResult& result) {
-    result.not_kept = block.other_tags();
+    add_tags(block, result.not_kept);
     for (const SharedBlock* const other : shared) {
-      if (!other->is_used) continue;
-      for (const std::string& tag : other->block->other_tags()) {
-        if (std::find(result.not_kept.begin(), result.not_kept.end(), tag) == result.not_kept.end())
-          result.not_kept.push_back(tag);
-      }
+      if (other->is_used) add_tags(*other->block, result.not_kept);
+    }
+  }
+
+  static void add_tags(const CifBlock& block, std::vector<std::string>& tags) {
+    const std::size_t own = tags.size();
+    for (const CifOtherTag& other : block.other_tags()) {
+      if (!other.column.has_value()) continue;
+      const auto end = tags.begin() + static_cast<std::ptrdiff_t>(own);
+      if (std::find(tags.begin(), end, other.tag) == end) tags.emplace_back(other.tag);
     }
   }
 
@@ -302,6 +308,7 @@ class CifReader::Impl {
   std::string_view text_;
   std::vector<CifRegion> regions_;
   std::size_t structure_count_ = 0;
+  CifDocument document_;
   std::deque<Kept> kept_;
   std::deque<ImportResult> results_;
   std::size_t region_ = 0;

@@ -7,15 +7,8 @@
 
 namespace {
 
-bool has_value(const CifColumn& column) {
-  for (std::size_t row = 0; row < column.count; ++row) {
-    if (column[row] != "?" && column[row] != ".") return true;
-  }
-  return false;
-}
-
 bool has(const CifBlock& block, CifTag tag) {
-  return has_value(block.column(static_cast<std::size_t>(tag)));
+  return block.column(static_cast<std::size_t>(tag)).has_value();
 }
 
 bool has_any(const CifBlock& block, std::initializer_list<CifTag> tags) {
@@ -64,7 +57,7 @@ bool says_anything(const CifBlock& block) {
   constexpr CifTagRange kinds = field("kind");
   for (std::size_t tag = 0; tag < cif_tag_count; ++tag) {
     const bool is_kind = tag >= kinds.begin && tag < kinds.end;
-    if (!is_kind && has_value(block.column(tag))) return true;
+    if (!is_kind && block.column(tag).has_value()) return true;
   }
-  return !block.own_tags().empty();
+  return false;
 }

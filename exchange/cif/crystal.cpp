@@ -18,15 +18,34 @@ bool looks_swapped(const Cell& cell) {
          std::min({cell.a(), cell.b(), cell.c()}) >= 60.0;
 }
 
-std::string cell_text(const CifColumn& column, std::size_t row) {
-  return row < column.count ? one_line(cif_string(column[row])) : std::string();
-}
+// What a column says in a row; empty where there is no such column.
+class Column {
+ public:
+  Column(const CifValues& values, const CifColumn& column) : values_(values), column_(column) {}
+
+  [[nodiscard]] std::string text(std::size_t row) const {
+    return row < column_.count ? values_.plain(column_[row], column_.line) : std::string();
+  }
+  [[nodiscard]] std::optional<UncertainValue> number(std::size_t row) const {
+    if (row >= column_.count) return std::nullopt;
+    const auto text = plain_cif_text(column_[row]);
+    return text ? cif_number(*text) : cif_number(values_.plain(column_[row], column_.line));
+  }
+
+ private:
+  const CifValues& values_;
+  CifColumn column_;
+};
 
 void warn_of_repeated_labels(const CifSource& source, const std::vector<THandle<Atom>>& atoms, int line) {
-  std::set<std::string> seen;
-  std::set<std::string> repeated;
-  for (const auto& atom : atoms) {
-    if (!seen.insert(atom->label).second) repeated.insert(atom->label);
+  std::vector<std::string_view> labels;
+  labels.reserve(atoms.size());
+  for (const auto& atom : atoms) labels.push_back(atom->label);
+  std::sort(labels.begin(), labels.end());
+  std::vector<std::string_view> repeated;
+  for (std::size_t i = 1; i < labels.size(); ++i) {
+    if (labels[i] == labels[i - 1] && (repeated.empty() || repeated.back() != labels[i]))
+      repeated.push_back(labels[i]);
   }
   if (!repeated.empty()) source.warn(line, "repeated atom labels: {}", fmt::join(repeated, ", "));
 }
@@ -56,34 +75,33 @@ std::vector<THandle<Atom>> atoms_of(const CifSource& source, const std::string& 
   CifColumn labels = values.column(tag("_atom_site_label"));
   if (!labels) labels = values.column(tag("_atom_site_fract_x"));
   const bool has_labels = labels.count != 0 && values.column(tag("_atom_site_label")).count != 0;
-  const CifColumn symbols = values.column_beside(labels, tag("_atom_site_type_symbol"));
-  const std::array places = {values.column_beside(labels, tag("_atom_site_fract_x")),
-                             values.column_beside(labels, tag("_atom_site_fract_y")),
-                             values.column_beside(labels, tag("_atom_site_fract_z"))};
-  const CifColumn occupancies = values.column_beside(labels, tag("_atom_site_occupancy"));
+  const auto beside = [&](CifTag tag) { return Column(values, values.column_beside(labels, tag)); };
+  const Column symbols = beside(tag("_atom_site_type_symbol"));
+  const std::array places = {beside(tag("_atom_site_fract_x")), beside(tag("_atom_site_fract_y")),
+                             beside(tag("_atom_site_fract_z"))};
+  const Column occupancies = beside(tag("_atom_site_occupancy"));
   const std::set<std::string> in_formula = formula_elements(formula);
   std::vector<THandle<Atom>> atoms;
+  atoms.reserve(labels.count);
   std::vector<std::string> without_place;
   std::set<std::string> without_element;
   for (std::size_t row = 0; row < labels.count; ++row) {
-    const std::string symbol = cell_text(symbols, row);
-    const std::string label = has_labels ? values.plain(labels[row], labels.line) : symbol;
-    const std::array place = {cif_number(cell_text(places[0], row)), cif_number(cell_text(places[1], row)),
-                              cif_number(cell_text(places[2], row))};
+    const std::string symbol = symbols.text(row);
+    std::string label = has_labels ? values.plain(labels[row], labels.line) : symbol;
+    const std::array place = {places[0].number(row), places[1].number(row), places[2].number(row)};
     if (!place[0] || !place[1] || !place[2]) {
       if (!label.empty()) without_place.push_back(label);
       continue;
     }
     const THandle<Atom> atom(new Atom);
-    atom->label = label;
     atom->element = element_of_atom(symbol, label, in_formula);
-    if (atom->element.empty()) without_element.insert(label);
+    atom->label = std::move(label);
+    if (atom->element.empty()) without_element.insert(atom->label);
     atom->position = {place[0]->value(), place[1]->value(), place[2]->value()};
-    const std::string occupancy = cell_text(occupancies, row);
-    const auto share = cif_number(occupancy);
-    if (share) atom->occupancy = share->value();
-    if (!share && !occupancy.empty()) {
-      source.warn(labels.line, "the occupancy of {} is not a number: '{}'", label, occupancy);
+    if (const auto share = occupancies.number(row)) {
+      atom->occupancy = share->value();
+    } else if (const std::string occupancy = occupancies.text(row); !occupancy.empty()) {
+      source.warn(labels.line, "the occupancy of {} is not a number: '{}'", atom->label, occupancy);
     }
     atoms.push_back(atom);
   }
@@ -104,6 +122,7 @@ THandle<PublishedGeometry> published_geometry_of(const CifSource& source,
   const CifColumn first = values.column(tag("_geom_bond_atom_site_label_1"));
   const CifColumn second = values.column_beside(first, tag("_geom_bond_atom_site_label_2"));
   const CifColumn distances = values.column_beside(first, tag("_geom_bond_distance"));
+  const Column lengths(values, distances);
   // The first atom of a repeated label.
   std::map<std::string, THandle<Atom>> by_label;
   if (second && distances) {
@@ -119,10 +138,9 @@ THandle<PublishedGeometry> published_geometry_of(const CifSource& source,
     const auto other = by_label.find(labels[1]);
     if (one == by_label.end()) unknown.insert(labels[0]);
     if (other == by_label.end()) unknown.insert(labels[1]);
-    const std::string distance = cell_text(distances, row);
-    const auto length = cif_number(distance);
-    if (!length && !distance.empty())
-      source.warn(first.line, "the length of a bond is not a number: '{}'", distance);
+    const auto length = lengths.number(row);
+    if (const std::string text = length ? "" : lengths.text(row); !text.empty())
+      source.warn(first.line, "the length of a bond is not a number: '{}'", text);
     if (one == by_label.end() || other == by_label.end() || !length) continue;
     bonds->push_back(
         THandle<PublishedBond>(new PublishedBond(one->second, other->second, *length, false, false)));

@@ -13,10 +13,9 @@
 
 namespace {
 
-using gemmi::cif::Block;
-using gemmi::cif::Document;
-using gemmi::cif::Item;
-using gemmi::cif::ItemType;
+namespace rules = gemmi::cif::rules;
+using Item = CifDocument::Item;
+using Words = CifDocument::Words;
 
 // Whether the text at `line` begins with `word`, which is in lower case, in letters of either case.
 bool begins(const char* line, const char* end, std::string_view word) {
@@ -65,66 +64,139 @@ std::size_t stray_byte(std::string_view text, std::size_t place) {
   return std::string_view::npos;
 }
 
-CifError syntax_error(const tao::pegtl::parse_error& error, const Document& document, std::string_view text) {
+// The name of the block that was read last, and the loop, if that was the last item.
+std::string_view last_block(const Words& words) {
+  for (std::size_t i = words.items.size(); i > 0; --i) {
+    if (words.items[i - 1].kind == Item::block) return words.words[words.items[i - 1].first_word];
+  }
+  return "";
+}
+
+CifError syntax_error(const tao::pegtl::parse_error& error, const Words& words, std::string_view text) {
   const tao::pegtl::position& position = error.positions().front();
   const std::size_t place = position.byte;
-  std::string reason(error.message());
-  std::string hint;
-  const Block* const block = document.blocks.empty() ? nullptr : &document.blocks.back();
-  if (const std::size_t stray = stray_byte(text, place); reason == "parse error" && stray != text.npos) {
-    CifFault fault = {static_cast<int>(position.line), static_cast<int>(position.column),
-                      document.blocks.empty() ? "" : document.blocks.back().name, "",
-                      "outside quotes and text fields only printable ASCII is CIF"};
+  CifFault fault;
+  fault.line = static_cast<int>(position.line);
+  fault.column = static_cast<int>(position.column);
+  fault.block = std::string(last_block(words));
+  fault.reason = std::string(error.message());
+  if (const std::size_t stray = stray_byte(text, place);
+      fault.reason == "parse error" && stray != text.npos) {
     fault.stray = stray;
-    return CifError(fault);
+    fault.hint = "outside quotes and text fields only printable ASCII is CIF";
+  } else if (fault.reason == "parse error") {
+    fault.reason = fmt::format("a tag, loop_ or data_ is expected, not '{}'", word_at(text, place));
+    fault.hint = "a value without a tag: a line before it is broken or lost";
+  } else if (!fault.reason.empty()) {
+    fault.reason[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(fault.reason[0])));
   }
-  if (reason == "parse error") {
-    reason = fmt::format("a tag, loop_ or data_ is expected, not '{}'", word_at(text, place));
-    hint = "a value without a tag: a line before it is broken or lost";
-  } else if (!reason.empty()) {
-    reason[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(reason[0])));
-  }
-  if (reason == "wrong number of values in the loop" && block != nullptr) {
-    const gemmi::cif::Loop& loop = block->items.back().loop;
-    hint = fmt::format("{} values do not fill rows of {} columns: a row is broken or lost",
-                       loop.values.size(), loop.tags.size());
-  }
-  return CifError({static_cast<int>(position.line), static_cast<int>(position.column),
-                   block == nullptr ? "" : block->name, reason, hint});
+  return CifError(fault);
 }
 
-bool is_null(const std::string& raw) {
-  return raw.size() == 1 && (raw[0] == '?' || raw[0] == '.');
-}
-
-bool has_value(const CifColumn& column) {
-  for (std::size_t row = 0; row < column.count; ++row) {
-    if (!is_null(column[row])) return true;
-  }
-  return false;
-}
-
-bool same_tag(const std::string& one, const std::string& other) {
+bool same_letters(std::string_view one, std::string_view other) {
   return same_cif_tag(one, other) &&
          std::count(one.begin(), one.end(), '.') == std::count(other.begin(), other.end(), '.');
 }
 
-// What the grammar lets pass.
-void check_no_tag_is_twice(const Block& block, std::vector<std::pair<std::uint64_t, const std::string*>> tags,
-                           const std::vector<std::pair<const std::string*, int>>& lines) {
-  std::sort(tags.begin(), tags.end());
-  const auto equal = [](const auto& one, const auto& other) {
-    return one.first == other.first && same_tag(*one.second, *other.second);
-  };
-  const auto twice = std::adjacent_find(tags.begin(), tags.end(), equal);
-  if (twice == tags.end()) return;
-  int line = 0;
-  const std::string* written = nullptr;
-  for (const auto& [tag, line_of_tag] : lines) {
-    if (same_tag(*tag, *twice->second)) line = line_of_tag, written = tag;
-  }
-  throw CifError({line, 1, block.name, fmt::format("{} occurs twice in the block", *written), ""});
+// ---- What the parser does with what it finds
+
+template <class Input>
+std::string_view view(const Input& input) {
+  return {input.begin(), input.size()};
 }
+
+template <class Input>
+void add(Words& words, Item::Kind kind, const Input& input) {
+  words.items.push_back({kind, static_cast<int>(input.iterator().line), words.words.size(), 0});
+}
+
+template <class Rule>
+struct Take : tao::pegtl::nothing<Rule> {};
+
+struct TakeWord {
+  template <class Input>
+  static void apply(const Input& input, Words& words) {
+    words.words.push_back(view(input));
+  }
+};
+
+template <>
+struct Take<rules::datablockname> {
+  template <class Input>
+  static void apply(const Input& input, Words& words) {
+    add(words, Item::block, input);
+    words.words.push_back(view(input));
+    words.in_frame = false;
+  }
+};
+template <>
+struct Take<rules::str_global> {
+  template <class Input>
+  static void apply(const Input& input, Words& words) {
+    add(words, Item::block, input);
+    words.words.emplace_back();
+    words.in_frame = false;
+  }
+};
+template <>
+struct Take<rules::framename> {
+  template <class Input>
+  static void apply(const Input& input, Words& words) {
+    add(words, Item::frame, input);
+    words.words.push_back(view(input));
+    words.in_frame = true;
+  }
+};
+template <>
+struct Take<rules::endframe> {
+  template <class Input>
+  static void apply(const Input& /*input*/, Words& words) {
+    words.in_frame = false;
+  }
+};
+template <>
+struct Take<rules::item_tag> {
+  template <class Input>
+  static void apply(const Input& input, Words& words) {
+    add(words, words.in_frame ? Item::frame : Item::pair, input);
+    words.items.back().tag_count = 1;
+    words.words.push_back(view(input));
+  }
+};
+template <>
+struct Take<rules::item_value> : TakeWord {};
+template <>
+struct Take<rules::str_loop> {
+  template <class Input>
+  static void apply(const Input& input, Words& words) {
+    add(words, words.in_frame ? Item::frame : Item::loop, input);
+  }
+};
+template <>
+struct Take<rules::loop_tag> {
+  template <class Input>
+  static void apply(const Input& input, Words& words) {
+    ++words.items.back().tag_count;
+    words.words.push_back(view(input));
+  }
+};
+template <>
+struct Take<rules::loop_value> : TakeWord {};
+template <>
+struct Take<rules::loop> {
+  template <class Input>
+  static void apply(const Input& input, Words& words) {
+    const Item& loop = words.items.back();
+    // A value that no blank follows was noted before the parser went back to where it begins.
+    while (words.words.back().data() >= input.end()) words.words.pop_back();
+    const std::size_t values = words.words.size() - loop.first_word - loop.tag_count;
+    if (values % loop.tag_count == 0) return;
+    throw CifError({loop.line, static_cast<int>(input.iterator().column), std::string(last_block(words)),
+                    "wrong number of values in the loop",
+                    fmt::format("{} values do not fill rows of {} columns: a row is broken or lost", values,
+                                loop.tag_count)});
+  }
+};
 
 }  // namespace
 
@@ -178,79 +250,81 @@ std::vector<CifRegion> cif_regions(std::string_view text) {
 
 // ---- Blocks
 
-CifBlock::CifBlock(const Block& block) : block_(&block), columns_(cif_tag_table_size()) {
-  std::vector<std::pair<std::uint64_t, const std::string*>> tags;
-  std::vector<std::pair<const std::string*, int>> lines;
-  const auto note = [&](const std::string& tag, const CifColumn& column) {
-    const std::uint64_t hash = cif_tag_hash(tag);
-    tags.emplace_back(hash, &tag);
-    lines.emplace_back(&tag, column.line);
-    const std::size_t index = cif_tag_index(hash, tag);
-    if (index == no_cif_tag) {
-      take(tag, column);
-    } else if (!columns_[index] || !has_value(columns_[index])) {
-      columns_[index] = column;
-    }
-  };
-  tags.reserve(2 * block.items.size());
-  lines.reserve(2 * block.items.size());
-  for (const Item& item : block.items) {
-    if (item.type == ItemType::Pair) {
-      if (item.pair[1].empty()) {
-        throw CifError({item.line_number, 1, block.name, fmt::format("{} has no value", item.pair[0]),
-                        "write '?' for an unknown value"});
-      }
-      note(item.pair[0], {&item.pair[1], 1, 1, item.line_number, nullptr});
-    } else if (item.type == ItemType::Loop) {
-      const std::size_t width = item.loop.tags.size();
-      const std::size_t rows = item.loop.values.size() / width;
-      for (std::size_t tag = 0; tag < width; ++tag) {
-        note(item.loop.tags[tag],
-             {rows == 0 ? nullptr : &item.loop.values[tag], width, rows, item.line_number, &item});
-      }
-    } else if (item.type == ItemType::Frame) {
-      has_frames_ = true;
-    }
+bool CifColumn::has_value() const {
+  for (std::size_t row = 0; row < count; ++row) {
+    const std::string_view raw = (*this)[row];
+    if (raw.size() != 1 || (raw[0] != '?' && raw[0] != '.')) return true;
   }
-  check_no_tag_is_twice(block, std::move(tags), lines);
+  return false;
 }
 
-void CifBlock::take(const std::string& tag, const CifColumn& column) {
-  if (begins(tag.data(), tag.data() + tag.size(), "_dbentry_")) {
-    own_.push_back({tag, column});
-  } else {
-    others_.push_back({&tag, column});
-  }
-}
-
-const std::string& CifBlock::name() const {
-  return block_->name;
-}
-
-int CifBlock::first_line() const {
-  return block_->items.empty() ? 0 : block_->items.front().line_number;
-}
-
-std::vector<std::string> CifBlock::other_tags() const {
-  std::vector<std::string> tags;
-  for (const Other& other : others_) {
-    if (has_value(other.column)) tags.push_back(*other.tag);
-  }
-  return tags;
-}
-
-CifDocument::CifDocument(std::string_view text, const CifRegion& region)
-    : document_(std::make_unique<Document>()) {
+void CifDocument::read(std::string_view text, const CifRegion& region) {
+  words_.words.clear();
+  words_.items.clear();
+  words_.in_frame = false;
+  blocks_.clear();
   try {
     tao::pegtl::memory_input<> input(text.data() + region.begin, text.data() + region.end, "", region.begin,
                                      static_cast<std::size_t>(region.line), 1);
-    gemmi::cif::parse_input(*document_, input);
+    tao::pegtl::parse<rules::file, Take, gemmi::cif::Errors>(input, words_);
   } catch (const tao::pegtl::parse_error& error) {
-    throw syntax_error(error, *document_, text.substr(0, region.end));
+    throw syntax_error(error, words_, text.substr(0, region.end));
   }
-  for (const Block& block : document_->blocks) blocks_.emplace_back(block);
+  for (std::size_t begin = 0; begin < words_.items.size();) {
+    std::size_t end = begin + 1;
+    while (end < words_.items.size() && words_.items[end].kind != Item::block) ++end;
+    make_block(begin, end);
+    begin = end;
+  }
 }
 
-CifDocument::CifDocument(CifDocument&&) noexcept = default;
-CifDocument& CifDocument::operator=(CifDocument&&) noexcept = default;
-CifDocument::~CifDocument() = default;
+// Of the items from that of the block itself to the one before `end`.
+void CifDocument::make_block(std::size_t begin, std::size_t end) {
+  struct Seen {
+    std::uint64_t hash;
+    std::string_view tag;
+    int line;
+  };
+  CifBlock& block = blocks_.emplace_back();
+  block.name_ = words_.words[words_.items[begin].first_word];
+  block.columns_.resize(cif_tag_table_size());
+  std::vector<Seen> seen;
+  seen.reserve(2 * (end - begin));
+  const auto note = [&](std::string_view tag, const CifColumn& column) {
+    const std::uint64_t hash = cif_tag_hash(tag);
+    seen.push_back({hash, tag, column.line});
+    const std::size_t index = cif_tag_index(hash, tag);
+    if (index == no_cif_tag) {
+      block.others_.push_back({tag, column});
+    } else if (!block.columns_[index] || !block.columns_[index].has_value()) {
+      block.columns_[index] = column;
+    }
+  };
+  for (std::size_t i = begin + 1; i < end; ++i) {
+    const Item& item = words_.items[i];
+    if (block.first_line_ == 0) block.first_line_ = item.line;
+    block.has_frames_ = block.has_frames_ || item.kind == Item::frame;
+    if (item.kind == Item::frame) continue;
+    const std::size_t word_end =
+        i + 1 < words_.items.size() ? words_.items[i + 1].first_word : words_.words.size();
+    const std::string_view* const tags = &words_.words[item.first_word];
+    const std::size_t values = word_end - item.first_word - item.tag_count;
+    if (item.kind == Item::pair && values == 0) {
+      throw CifError({item.line, 1, block.name(), fmt::format("{} has no value", tags[0]),
+                      "write '?' for an unknown value"});
+    }
+    for (std::size_t tag = 0; tag < item.tag_count; ++tag) {
+      const bool is_loop = item.kind == Item::loop;
+      note(tags[tag], {tags + item.tag_count + tag, item.tag_count, values / item.tag_count, item.line,
+                       is_loop ? static_cast<int>(i) : -1});
+    }
+  }
+  std::sort(seen.begin(), seen.end(), [](const Seen& one, const Seen& other) {
+    return one.hash != other.hash ? one.hash < other.hash : one.line < other.line;
+  });
+  for (std::size_t i = 1; i < seen.size(); ++i) {
+    if (seen[i].hash != seen[i - 1].hash || !same_letters(seen[i].tag, seen[i - 1].tag)) continue;
+    throw CifError(
+        {seen[i].line, 1, block.name(), fmt::format("{} occurs twice in the block", seen[i].tag), ""});
+  }
+}

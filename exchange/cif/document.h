@@ -4,24 +4,17 @@
 // A file is parsed region by region, so that only a part of it is in memory as values. A region begins where
 // a line begins with data_ or global_, and mostly is one block.
 //
-// Its source is the only one that knows the CIF parser, whose classes hold vectors of themselves: clang++
-// refuses them where the standard library's vector is constexpr. So that source is C++17, and this header
-// too.
+// Its source is the only one that knows the CIF parser, whose headers clang++ refuses as C++20: they hold
+// vectors of classes that are not complete. So that source is C++17, and this header too.
 #pragma once
 
 #include <cstddef>
-#include <memory>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "exchange/cif/error.h"
-
-namespace gemmi::cif {
-struct Block;
-struct Document;
-struct Item;
-}  // namespace gemmi::cif
 
 struct CifRegion {
   // What a glance at the lines says of it.
@@ -37,68 +30,79 @@ struct CifRegion {
 // first region.
 [[nodiscard]] std::vector<CifRegion> cif_regions(std::string_view text);
 
-// The raw values of a tag in one block, with their quotes.
+// The raw values of a tag in one block, with their quotes; they are views of the text.
 struct CifColumn {
-  const std::string* first = nullptr;
+  const std::string_view* first = nullptr;
   std::size_t stride = 0;
   std::size_t count = 0;
-  int line = 0;                // of the tag, or of its loop
-  const void* loop = nullptr;  // the same for the tags of one loop; null outside loops
+  int line = 0;   // of the tag, or of its loop
+  int loop = -1;  // the same for the tags of one loop; -1 outside loops
 
   explicit operator bool() const { return count != 0; }
-  const std::string& operator[](std::size_t row) const { return first[row * stride]; }
+  std::string_view operator[](std::size_t row) const { return first[row * stride]; }
+
+  // Whether any is not '?' or '.'.
+  [[nodiscard]] bool has_value() const;
 };
 
-// One block. It must not outlive its document.
+// A tag that is not in the table of tags.
+struct CifOtherTag {
+  std::string_view tag;
+  CifColumn column;
+};
+
 class CifBlock {
  public:
-  // Throws CifError for a tag without a value, and for one that occurs twice.
-  explicit CifBlock(const gemmi::cif::Block& block);
-
-  // Empty for global_, "#" for a bare data_.
-  [[nodiscard]] const std::string& name() const;
+  // "" for global_ and for a bare data_.
+  [[nodiscard]] std::string name() const { return std::string(name_); }
   // The line of the first value; 0 for an empty block.
-  [[nodiscard]] int first_line() const;
+  [[nodiscard]] int first_line() const { return first_line_; }
   // By the position of the tag in the table of tags; without values where the block does not have it.
   [[nodiscard]] const CifColumn& column(std::size_t tag) const { return columns_[tag]; }
-  // Those that are not in the table and have a value.
-  [[nodiscard]] std::vector<std::string> other_tags() const;
-  // Those of our own prefix that are not in the table, with their columns.
-  struct Own {
-    std::string tag;
-    CifColumn column;
-  };
-  [[nodiscard]] const std::vector<Own>& own_tags() const { return own_; }
+  [[nodiscard]] const std::vector<CifOtherTag>& other_tags() const { return others_; }
   [[nodiscard]] bool has_frames() const { return has_frames_; }
 
  private:
-  struct Other {
-    const std::string* tag;
-    CifColumn column;
-  };
+  friend class CifDocument;
 
-  void take(const std::string& tag, const CifColumn& column);
-
-  const gemmi::cif::Block* block_;
-  std::vector<CifColumn> columns_;
-  std::vector<Other> others_;
-  std::vector<Own> own_;
+  std::string_view name_;
+  int first_line_ = 0;
   bool has_frames_ = false;
+  std::vector<CifColumn> columns_;
+  std::vector<CifOtherTag> others_;
 };
 
+// The blocks of one region of a text, which must stay.
 class CifDocument {
  public:
-  // The blocks of one region. Throws CifError.
-  CifDocument(std::string_view text, const CifRegion& region);
+  CifDocument() = default;
   CifDocument(const CifDocument&) = delete;
   CifDocument& operator=(const CifDocument&) = delete;
-  CifDocument(CifDocument&&) noexcept;
-  CifDocument& operator=(CifDocument&&) noexcept;
-  ~CifDocument();
+
+  // Throws CifError for what is no CIF, a tag without a value, and one that occurs twice in a block. What was
+  // read before is forgotten.
+  void read(std::string_view text, const CifRegion& region);
 
   [[nodiscard]] const std::vector<CifBlock>& blocks() const { return blocks_; }
 
+  // A tag with its value, a loop, or the begin of a block, in the order of the text.
+  struct Item {
+    enum Kind : std::int8_t { pair, loop, block, frame };
+
+    Kind kind = pair;
+    int line = 0;
+    std::size_t first_word = 0;  // the tag or tags, then the values; the name of a block
+    std::size_t tag_count = 0;
+  };
+  struct Words {
+    std::vector<std::string_view> words;
+    std::vector<Item> items;
+    bool in_frame = false;
+  };
+
  private:
-  std::unique_ptr<gemmi::cif::Document> document_;
+  void make_block(std::size_t begin, std::size_t end);
+
+  Words words_;
   std::vector<CifBlock> blocks_;
 };

@@ -1,5 +1,8 @@
 #include "exchange/cif/readable_text.h"
 
+#include <array>
+#include <cstdint>
+
 #include "exchange/cif/markup.h"
 
 namespace {
@@ -50,17 +53,33 @@ std::string unfolded(std::string_view field) {
   return text;
 }
 
+// What has to be looked at: blanks by what is beside them, bytes that no plain text holds, signs by their
+// neighbours.
+enum ByteClass : std::uint8_t { plain, blank, other, sign };
+
+constexpr std::array<ByteClass, 256> made_classes() {
+  std::array<ByteClass, 256> classes = {};
+  for (int byte = 0; byte < 256; ++byte) {
+    const char c = static_cast<char>(byte);
+    ByteClass& of_byte = classes[static_cast<std::size_t>(byte)];
+    of_byte = plain;
+    if (byte < ' ' || byte >= 0x7F || begins_markup(c)) of_byte = other;
+    if (c == ' ') of_byte = blank;
+    if (c == '-' || c == '+') of_byte = sign;
+  }
+  return classes;
+}
+constexpr std::array<ByteClass, 256> classes = made_classes();
+
 // Most values are printable ASCII with single blanks and without a character that markup begins with.
 bool is_plain(std::string_view text) {
-  char last = ' ';
+  ByteClass last = blank;
   for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < ' ' || byte >= 0x7F || (c == ' ' && last == ' ')) return false;
-    if (begins_markup(c) || (c == '-' && (last == '-' || last == '+')) || (c == '+' && last == '-'))
-      return false;
-    last = c;
+    const ByteClass of_byte = classes[static_cast<unsigned char>(c)];
+    if (of_byte == other || (of_byte != plain && of_byte == last)) return false;
+    last = of_byte;
   }
-  return last != ' ' || text.empty();
+  return last != blank || text.empty();
 }
 
 }  // namespace
@@ -77,6 +96,13 @@ std::string cif_string(std::string_view raw) {
     return is_placeholder(one_line(text)) ? "" : unfolded(text);
   }
   return std::string(raw);
+}
+
+std::optional<std::string_view> plain_cif_text(std::string_view raw) {
+  if (raw.empty() || raw[0] == ';') return std::nullopt;
+  if (raw.size() >= 2 && (raw[0] == '\'' || raw[0] == '"')) raw = raw.substr(1, raw.size() - 2);
+  if (is_placeholder(raw)) return "";
+  return is_plain(raw) ? std::optional(raw) : std::nullopt;
 }
 
 std::string one_line(std::string_view text) {

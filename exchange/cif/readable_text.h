@@ -2,12 +2,17 @@
 // Internal: callers want exchange/cif_reader.h.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 // The text of a raw value: without its quotes or semicolons, folded lines joined, line prefixes removed
 // (International Tables for Crystallography, volume G, section 2.2.7.4.11). Empty for '?' and '.'.
 [[nodiscard]] std::string cif_string(std::string_view raw);
+
+// The text of a raw value that needs no reading: one line of ASCII, without markup and without blanks to be
+// taken away. Empty for '?' and '.'.
+[[nodiscard]] std::optional<std::string_view> plain_cif_text(std::string_view raw);
 
 // The text on one line. Runs of white space and control characters become one blank, at the ends none.
 [[nodiscard]] std::string one_line(std::string_view text);

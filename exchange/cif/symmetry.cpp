@@ -105,7 +105,7 @@ class OperatorFinder {
   Operators of_column(const CifColumn& column) {
     Operators operators;
     for (std::size_t row = 0; row < column.count; ++row) {
-      const std::string text = one_line(cif_string(column[row]));
+      const std::string text = source_.values().plain(column[row], column.line);
       if (text.empty()) continue;
       try {
         operators.push_back(CrystalSymmetryOperator(text));
@@ -161,7 +161,7 @@ class OperatorFinder {
     return operators;
   }
 
-  static gemmi::Op op_in_space(const std::string& raw) {
+  static gemmi::Op op_in_space(std::string_view raw) {
     const std::string text = one_line(cif_string(raw));
     const WrittenOperator written = written_operator(text);
     if (written.space.empty()) throw std::invalid_argument("'" + text + "'");

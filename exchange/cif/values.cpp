@@ -8,17 +8,6 @@
 
 namespace {
 
-bool is_null(const std::string& raw) {
-  return raw == "?" || raw == ".";
-}
-
-bool has_value(const CifColumn& column) {
-  for (std::size_t row = 0; row < column.count; ++row) {
-    if (!is_null(column[row])) return true;
-  }
-  return false;
-}
-
 std::string first_of(const std::vector<CifText>& values) {
   return values.front().text;
 }
@@ -37,7 +26,8 @@ CifValues::CifValues(const CifBlock& own, std::vector<SharedBlock*> shared,
                      std::vector<ImportWarning>& warnings)
     : own_(own), shared_(std::move(shared)), warnings_(warnings) {}
 
-std::string CifValues::plain(const std::string& raw, int line) const {
+std::string CifValues::plain(std::string_view raw, int line) const {
+  if (const auto text = plain_cif_text(raw)) return std::string(*text);
   const std::string text = cif_string(raw);
   if (is_utf8(text)) return one_line(text);
   warnings_.push_back({line, fmt::format("a text is not UTF-8 and is read as ISO 8859-1: '{}'",
@@ -45,7 +35,8 @@ std::string CifValues::plain(const std::string& raw, int line) const {
   return one_line(from_latin_1(text));
 }
 
-std::string CifValues::readable(const std::string& raw, int line) const {
+std::string CifValues::readable(std::string_view raw, int line) const {
+  if (const auto text = plain_cif_text(raw)) return std::string(*text);
   const std::string text = cif_string(raw);
   return is_utf8(text) ? readable_text(text) : readable_text(plain(raw, line));
 }
@@ -113,9 +104,9 @@ std::vector<CifText> CifValues::all(CifTagRange tags) const {
 
 CifColumn CifValues::column(CifTag tag) const {
   const auto index = static_cast<std::size_t>(tag);
-  if (has_value(own_.column(index))) return own_.column(index);
+  if (own_.column(index).has_value()) return own_.column(index);
   for (SharedBlock* const shared : shared_) {
-    if (!has_value(shared->block->column(index))) continue;
+    if (!shared->block->column(index).has_value()) continue;
     shared->is_used = true;
     return shared->block->column(index);
   }

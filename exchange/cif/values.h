@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "exchange/cif/document.h"
@@ -40,8 +41,8 @@ class CifValues {
   [[nodiscard]] CifColumn column_beside(const CifColumn& column, CifTag tag) const;
 
   // As text for people, and as it is on one line.
-  [[nodiscard]] std::string readable(const std::string& raw, int line) const;
-  [[nodiscard]] std::string plain(const std::string& raw, int line) const;
+  [[nodiscard]] std::string readable(std::string_view raw, int line) const;
+  [[nodiscard]] std::string plain(std::string_view raw, int line) const;
 
   [[nodiscard]] const CifBlock& own() const { return own_; }
 

@@ -134,7 +134,9 @@ class TripletReader {
     while (position_ < text_.size() && (text_[position_] == ' ' || text_[position_] == '\t')) ++position_;
   }
 
-  static bool is_digit(char character) { return character >= '0' && character <= '9'; }
+  static bool is_digit(char character) {
+    return character >= '0' && character <= '9';
+  }
 
   [[noreturn]] void fail(const char* reason) const {
     constexpr std::size_t shown = 60;
@@ -146,6 +148,55 @@ class TripletReader {
   const std::string& text_;
   std::size_t position_ = 0;
 };
+
+// Reads what nearly all triplets are made of: axes, signs, blanks, and numbers of one digit or a fraction of
+// such by one of two. Gives false for every other text, which TripletReader then looks at as a whole.
+bool read_plain_triplet(const std::string& text, std::array<int, 9>& rotation,
+                        std::array<double, 3>& translation) {
+  rotation = {};
+  std::size_t row = 0;
+  bool has_term = false;
+  int sign = 0;  // of the term that comes; 0 before a sign is seen
+  const auto digit_at = [&](std::size_t place) {
+    const int digit = place < text.size() ? text[place] - '0' : -1;
+    return digit <= 9 ? digit : -1;
+  };
+  for (std::size_t place = 0; place < text.size(); ++place) {
+    const char character = text[place];
+    if (character == ' ') continue;
+    if (character == ',') {
+      if (!has_term || sign != 0 || ++row == 3) return false;
+      has_term = false;
+    } else if (character == '+' || character == '-') {
+      if (sign != 0) return false;
+      sign = character == '-' ? -1 : 1;
+    } else {
+      if (has_term && sign == 0) return false;
+      const int factor = sign == 0 ? 1 : sign;
+      if (const std::size_t axis = axes.find(character); axis != axes.npos) {
+        if (rotation[3 * row + axis] != 0) return false;
+        rotation[3 * row + axis] = factor;
+      } else {
+        double number = digit_at(place);
+        if (number < 0) return false;
+        if (place + 1 < text.size() && text[place + 1] == '/') {
+          place += 2;
+          int denominator = digit_at(place);
+          if (denominator > 0 && digit_at(place + 1) >= 0) denominator = 10 * denominator + digit_at(++place);
+          if (denominator <= 0) return false;
+          number /= denominator;
+        }
+        const char next = place + 1 < text.size() ? text[place + 1] : ',';
+        if (next != ',' && next != '+' && next != '-') return false;
+        translation[row] += factor * number;
+        if (!(std::abs(translation[row]) < most)) return false;
+      }
+      sign = 0;
+      has_term = true;
+    }
+  }
+  return row == 2 && has_term && sign == 0;
+}
 
 // The translation without its sign: a fraction where one gives the same double, else the shortest decimal.
 std::string magnitude_text(double value) {
@@ -177,6 +228,8 @@ void append_axis(std::string& sum, int factor, char axis) {
 }  // namespace
 
 CrystalSymmetryOperator::CrystalSymmetryOperator(const std::string& xyz) {
+  if (read_plain_triplet(xyz, rotation_, translation_)) return;
+  translation_ = {};
   TripletReader(xyz).read(rotation_, translation_);
 }
 

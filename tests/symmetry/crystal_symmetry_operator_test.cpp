@@ -197,4 +197,28 @@ TEST(CrystalSymmetryOperator, ThrowsWhereverTheStreamEnds) {
   }
 }
 
+// A tab makes a triplet one that is read with care.
+TEST(CrystalSymmetryOperator, IsTheSameFromAPlainTripletAndFromOneThatIsReadWithCare) {
+  const char* const sums[] = {"x",        "-y",    "+z",       "x-y",       "1/2-x",  "z+3/4",
+                              "y - 1/12", "0+x",   "7/24+x-y", "x+1/2+1/4", "X",      "1-x",
+                              "1/24",     "0.5+x", "2x",       "x+10",      "1 /2+x", "-x-1/2-y"};
+  for (const std::string first : sums) {
+    for (const std::string second : sums) {
+      const std::string plain = first + "," + second + ",z";
+      EXPECT_EQ(CrystalSymmetryOperator(plain), CrystalSymmetryOperator(first + "\t," + second + ",z"))
+          << plain;
+    }
+  }
+}
+
+TEST(CrystalSymmetryOperator, IsRefusedFromAPlainTripletAsFromOneThatIsReadWithCare) {
+  for (const std::string text :
+       {"", ",", "x,y", "x,y,", "x,y,z,", "x,y,z,x", "x y,y,z", "x+,y,z", "+-x,y,z", "x1,y,z", "1/0+x,y,z",
+        "x+x,y,z", "1/2x,y,z", "/2,y,z", "x,y,z+", "1//2,y,z", "x,,z", "1/,y,z"}) {
+    const std::string reason = message_of<std::invalid_argument>([&] { CrystalSymmetryOperator{text}; });
+    EXPECT_NE(reason, "nothing was thrown") << text;
+    EXPECT_NE(reason.find("\"" + text + "\""), std::string::npos) << text;
+  }
+}
+
 }  // namespace
