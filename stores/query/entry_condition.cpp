@@ -32,6 +32,20 @@ ConditionPointer made(Condition condition) {
   throw EntryQueryError(EntryQueryError::Kind::wrong_type, problem);
 }
 
+// A lattice is looked at point by point, as far out as the longest edge. So oblique a cell within so wide a
+// tolerance that these could be millions would keep a store busy for hours.
+void require_few_points(const LatticeSearch& search, double percent) {
+  constexpr double most_points = 200'000;
+  constexpr double smallest_cell = 10.0;  // cubic ångström; no crystal has one much smaller
+  const auto& parameters = search.compared().parameters();
+  const double radius = *std::max_element(parameters.begin(), parameters.begin() + 3) * (1 + percent / 100);
+  const double sphere = 4.0 / 3.0 * 3.14159265358979 * radius * radius * radius;
+  if (sphere / std::max(search.bounds().least_volume, smallest_cell) > most_points) {
+    throw EntryQueryError(EntryQueryError::Kind::too_large,
+                          "the cell is too long and oblique for so wide a tolerance");
+  }
+}
+
 }  // namespace
 
 bool Condition::operator==(const Condition& other) const {
@@ -99,9 +113,11 @@ ConditionPointer cell_condition(const std::array<double, 6>& parameters, double 
     // A tolerance that is not a number is outside every limit.
     const CellGeometry geometry(parameters[0], parameters[1], parameters[2], parameters[3], parameters[4],
                                 parameters[5]);
+    const LatticeSearch search(geometry, percent, centring);
+    require_few_points(search, percent);
     Condition condition{.kind = Condition::Kind::cell};
-    condition.cell = std::make_shared<const CellQuestion>(
-        CellQuestion{parameters, percent, centring, LatticeSearch(geometry, percent, centring)});
+    condition.cell =
+        std::make_shared<const CellQuestion>(CellQuestion{parameters, percent, centring, search});
     return made(std::move(condition));
   } catch (const LatticeError& error) {
     wrong_type(error.what());

@@ -100,6 +100,8 @@ TEST(EntryQueryError, OfAFilterNamesTheColumnAndWhatWasExpected) {
       {"last_modified > \"2007-02-30T00:00:00Z\"", Kind::wrong_type, 17, "expected a time by RFC 3339"},
       {"last_modified CONTAINS \"2007\"", Kind::wrong_type, 24, "'last_modified' is a time"},
       {"_dbentry_cell = \"4 5 6 90 90\"", Kind::wrong_type, 17, "expected gamma of the cell, found the end"},
+      {"_dbentry_cell = \"4.6 426 6.99 60 91 49 ~ 15\"", Kind::too_large, 17,
+       "the cell is too long and oblique"},
       {"_dbentry_cell > \"4 5 6 90 90 90\"", Kind::wrong_type, 1,
        "'_dbentry_cell' is only compared with a text, by = or !="},
   };
