@@ -346,11 +346,15 @@ class Check {
              "the published length is " + short_text(length) + " Å, " +
                  (found < 1e8 ? "the nearest of the positions " + short_text(found) + " Å"
                               : "the positions are farther apart"));
-      } else if (!bonded.contains(ends) && bonding_radius(bond->first_atom->element) > 0.0 &&
-                 bonding_radius(bond->second_atom->element) > 0.0) {
+      } else if (!bonded.contains(ends) && is_a_bond(*bond->first_atom, *bond->second_atom)) {
         find(52, where, "a bond of " + short_text(length) + " Å is published and none is perceived");
       }
     }
+  }
+
+  // Lists of bonds hold hydrogen bonds and contacts of hydrogen atoms too.
+  static bool is_a_bond(const Atom& first, const Atom& second) {
+    return atomic_number(first.element) > 1 && atomic_number(second.element) > 1;
   }
 
   void check_texts() {

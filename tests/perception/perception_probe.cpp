@@ -18,6 +18,7 @@
 //   archive perception_probe times ARCHIVE        "packing bonds components", seconds for all entries,
 //   without drawing perception_probe radii                ELEMENT RADIUS of each element
 #include <database_entry/database_entry.h>
+#include <exchange/cif_reader.h>
 #include <lattice/lattice_error.h>
 #include <perception/bond_types.h>
 #include <perception/bonds.h>
@@ -26,12 +27,15 @@
 #include <perception/entry_check.h>
 #include <perception/molecules.h>
 #include <perception/perception_error.h>
+#include <perception/picture.h>
 
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <iostream>
 #include <memory>
+#include <sstream>
 #include <string>
 
 namespace {
@@ -153,6 +157,47 @@ void check_entries(const char* path) {
   });
 }
 
+void answer_published(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream text;
+  text << file.rdbuf();
+  const std::string cif = text.str();
+  try {
+    for (const ImportResult& imported : read_cif(cif)) {
+      if (imported.entry.is_null()) continue;
+      const CrystalStructureImmediateDatabaseEntry& entry = *imported.entry;
+      const THandle<PublishedGeometry> geometry = entry.published_geometry();
+      if (geometry.is_null() || geometry->bonds.is_null() || geometry->bonds->empty()) continue;
+      std::vector<Finding> findings = check_entry(entry);
+      std::erase_if(findings,
+                    [](const Finding& finding) { return finding.number != 51 && finding.number != 52; });
+      int dimension = 0;
+      for (const PerceivedMoiety& moiety : perceive_components(entry, {.draw = false}).report.moieties)
+        dimension = std::max(dimension, moiety.dimension);
+      std::cout << entry.identifier().text() << ' ' << geometry->bonds->size() << ' '
+                << geometry->bonds->size() - findings.size() << ' ' << dimension << '\n';
+      for (const Finding& finding : findings)
+        std::cout << "  " << finding.number << ' ' << finding.where << ": " << finding.sentence << '\n';
+    }
+  } catch (const std::exception& refusal) {
+    std::cout << "refused " << path << ": " << refusal.what() << '\n';
+  }
+}
+
+void draw_entries(const char* path, const std::string& file, const std::string& kind, std::size_t count) {
+  std::vector<THandle<CrystalStructureDatabaseEntry>> entries;
+  for_each_entry(path, [&](const CrystalStructureImmediateDatabaseEntry& entry) {
+    if (entries.size() < count) entries.emplace_back(new CrystalStructureImmediateDatabaseEntry(entry));
+  });
+  PictureOptions options{.format = picture_format_of(file), .width = 300, .height = 260};
+  options.kind = kind == "cell"       ? PictureKind::cell
+                 : kind == "molecule" ? PictureKind::molecule
+                                      : PictureKind::diagram;
+  const Picture picture = draw_sheet(entries, options);
+  std::ofstream(file, std::ios::binary) << picture.bytes;
+  std::cout << picture.atoms << " atoms, " << picture.bonds << " bonds\n";
+}
+
 void time_entries(const char* path) {
   using Clock = std::chrono::steady_clock;
   double packing = 0, bonds = 0, components = 0;
@@ -185,6 +230,10 @@ int main(int count, char** words) {
     check_entries(words[2]);
   } else if (count == 3 && std::strcmp(words[1], "times") == 0) {
     time_entries(words[2]);
+  } else if (count >= 3 && std::strcmp(words[1], "published") == 0) {
+    for (int i = 2; i < count; ++i) answer_published(words[i]);
+  } else if (count == 6 && std::strcmp(words[1], "sheet") == 0) {
+    draw_entries(words[2], words[3], words[4], std::stoul(words[5]));
   } else if (count == 2 && std::strcmp(words[1], "radii") == 0) {
     // Every symbol there is has one capital and at most one small letter.
     for (char first = 'A'; first <= 'Z'; ++first) {
