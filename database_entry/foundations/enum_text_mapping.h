@@ -4,8 +4,9 @@
 //   probes->text(ExperimentalInfo::neutron);   // "neutron"
 //   probes->value("x-ray");                    // ExperimentalInfo::x_ray
 //
-// Texts are compared byte by byte: case counts, upper case sorts before lower case.
-// Threads: never changed after construction.
+// Any enumeration of 32 bits has one, signed or not. Texts are compared byte by byte: case counts, upper case
+// sorts before lower case.
+// Never changed once it is made: it may be copied, but neither assigned nor moved from. Threads: any number.
 #pragma once
 
 #include <algorithm>
@@ -25,7 +26,7 @@ inline constexpr std::nullptr_t enum_texts = nullptr;
 
 template <class E>
 class EnumTextMapping {
-  static_assert(std::is_same_v<std::underlying_type_t<E>, std::int32_t>,
+  static_assert(std::is_enum_v<E> && sizeof(E) == sizeof(std::int32_t),
                 "archived enumerations are 32 bits wide");
 
  public:
@@ -56,7 +57,12 @@ class EnumTextMapping {
     }
   }
 
-  // Appends every value in the order of the texts; what is in `out` stays in front.
+  EnumTextMapping(const EnumTextMapping&) = default;
+  EnumTextMapping(EnumTextMapping&&) = delete;
+  EnumTextMapping& operator=(const EnumTextMapping&) = delete;
+  ~EnumTextMapping() = default;
+
+  // Appends every value in the order of the texts; what is in `out` stays before them.
   void all_members(std::vector<E>& out) const {
     std::transform(entries_.begin(), entries_.end(), std::back_inserter(out), SelectID());
   }
@@ -67,7 +73,7 @@ class EnumTextMapping {
                                     [value](const auto& entry) { return entry.first == value; });
     if (found == entries_.end()) {
       throw std::invalid_argument("EnumTextMapping: no text for the value " +
-                                  std::to_string(static_cast<std::int32_t>(value)));
+                                  std::to_string(static_cast<std::underlying_type_t<E>>(value)));
     }
     return found->second;
   }
