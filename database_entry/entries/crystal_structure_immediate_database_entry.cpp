@@ -62,11 +62,14 @@ CrystalStructureImmediateDatabaseEntry CrystalStructureImmediateDatabaseEntry::f
 CrystalStructureImmediateDatabaseEntry::~CrystalStructureImmediateDatabaseEntry() {
   if (!VORNLog::active(3)) return;
   try {
-    // Put together before it meets the log stream, whose format a failure half way could leave changed.
+    // Formatted as the log stream would, locale and all, but before it meets it: a failure half way through
+    // the address would leave that stream with another format.
+    std::ostream& log = VORNLog::start_debug_line(3);
     std::ostringstream line;
+    line.copyfmt(log);
     line << "Entered CrystalStructureImmediateDatabaseEntry::~CrystalStructureImmediateDatabaseEntry() - "
          << static_cast<const void*>(this);
-    VORNLog::start_debug_line(3) << line.str();
+    log << line.str();
     VORNLog::end_debug_line();
   } catch (...) {
     // The entry goes all the same: a log that fails must not end the program.

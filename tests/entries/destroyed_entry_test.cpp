@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <locale>
 #include <memory>
 
 #include "entries/sample_entry.h"
@@ -33,9 +34,10 @@ class CaughtLog {
 };
 
 // Destroys an entry and gives the line that it should have written.
-std::string destroy_one() {
+std::string destroy_one(const std::locale& locale = std::locale::classic()) {
   const std::unique_ptr<Entry> entry(new Entry(DatabaseEntryIdentifier("ABCDEF"), handle_to(CrystalMaker())));
   std::ostringstream line;
+  line.imbue(locale);
   line << "Entered CrystalStructureImmediateDatabaseEntry::~CrystalStructureImmediateDatabaseEntry() - "
        << static_cast<const void*>(entry.get()) << '\n';
   return line.str();
@@ -56,6 +58,46 @@ TEST(DestroyedEntry, WritesItsAddressToTheLogAtLevel3) {
     const std::string line = destroy_one();
     EXPECT_EQ(stream.str(), each.written ? line : "") << each.reason;
   }
+}
+
+struct GroupedDigits : std::numpunct<char> {
+  char do_thousands_sep() const override { return '\''; }
+  std::string do_grouping() const override { return "\2"; }
+};
+
+// Sets the global locale to one that groups digits, for as long as it lives.
+class GroupingLocale {
+ public:
+  GroupingLocale() : before_(std::locale::global(grouping())) {}
+  GroupingLocale(const GroupingLocale&) = delete;
+  GroupingLocale& operator=(const GroupingLocale&) = delete;
+  ~GroupingLocale() { std::locale::global(before_); }
+
+  static std::locale grouping() { return {std::locale::classic(), new GroupedDigits}; }
+
+ private:
+  std::locale before_;
+};
+
+TEST(DestroyedEntry, IsLoggedWithoutTheGlobalLocale) {
+  std::ostringstream stream;
+  const CaughtLog log(3, 0, stream);
+  std::string line;
+  {
+    const GroupingLocale global;
+    line = destroy_one(std::locale::classic());
+  }
+  EXPECT_EQ(stream.str(), line);
+  EXPECT_EQ(line.find('\''), std::string::npos);
+}
+
+TEST(DestroyedEntry, IsLoggedInTheLocaleOfTheLogStream) {
+  std::ostringstream stream;
+  stream.imbue(GroupingLocale::grouping());
+  const CaughtLog log(3, 0, stream);
+  const std::string line = destroy_one(stream.getloc());
+  EXPECT_EQ(stream.str(), line);
+  EXPECT_NE(line.find('\''), std::string::npos);
 }
 
 TEST(DestroyedEntry, IsNotLoggedWhenItCouldNotBeMade) {
