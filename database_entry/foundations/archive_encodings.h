@@ -1,7 +1,8 @@
 // Texts, lists of texts and component handles on an archive, beside the archive's own scalars.
 //
-//   archive << name << synonyms << publication;   // std::string, std::vector<std::string>,
-//   THandle<Publication>
+//   archive << name;           // std::string
+//   archive << synonyms;       // std::vector<std::string>
+//   archive << publication;    // THandle<Publication>
 //
 // A text is its length, then its bytes; a list is its count, then its elements; a handle is the contents of
 // its object and nothing else. docs/archive_format.md shows the bytes.
@@ -17,16 +18,18 @@
 #include <string>
 #include <vector>
 
-// A text reads back up to its first NUL; the bytes behind that are consumed and dropped.
+// A text reads back up to its first NUL; the bytes after it are consumed and dropped.
 DATABASE_ENTRY_EXPORT Archive& operator<<(Archive& archive, const std::string& text);
 DATABASE_ENTRY_EXPORT Archive& operator>>(Archive& archive, std::string& text);
 
-// Reading keeps and overwrites existing elements, and removes the surplus.
+// Reading keeps and overwrites existing elements, and removes the surplus. The list grows to the count of the
+// archive at once, but beyond 1,024 elements only by as many as have come already: when reading fails, it has
+// the elements that came, what was there before, and empty ones up to that size.
 DATABASE_ENTRY_EXPORT Archive& operator<<(Archive& archive, const std::vector<std::string>& texts);
 DATABASE_ENTRY_EXPORT Archive& operator>>(Archive& archive, std::vector<std::string>& texts);
 
-// Set to true beside each of the ten component types that may stand in an archive through a handle. A handle
-// to anything else does not compile into one.
+// Set to true beside each of the ten component types that an archive takes through a handle. A handle to
+// anything else does not compile into one.
 template <class Component>
 inline constexpr bool is_archived_component = false;
 

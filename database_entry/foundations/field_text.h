@@ -76,7 +76,7 @@ void print_value(std::ostream& os, const Value& value) {
 
 template <class Element>
 void print_value(std::ostream& os, const std::vector<Element>& values) {
-  print_sequence(os, values, [](std::ostream& stream, const Element& value) { print_value(stream, value); });
+  print_sequence(os, values);
 }
 
 // Each field as its label, ": " and its value; ", " between them and nothing after the last.

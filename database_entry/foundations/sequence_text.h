@@ -16,10 +16,16 @@ void print_sequence(std::ostream& os, const Sequence& sequence, const PrintEleme
   }
 }
 
-// The same for elements that the stream can write itself.
+// The same for elements that have a print operation, or that the stream can write itself.
 template <class Sequence>
 void print_sequence(std::ostream& os, const Sequence& sequence) {
-  print_sequence(os, sequence, [](std::ostream& stream, const auto& element) { stream << element; });
+  print_sequence(os, sequence, [](std::ostream& stream, const auto& element) {
+    if constexpr (requires { element.print(stream); }) {
+      element.print(stream);
+    } else {
+      stream << element;
+    }
+  });
 }
 
 // The elements of [first, last) with `separator` between them and, when `trailing`, one more after the last.

@@ -1,5 +1,6 @@
 #include <database_entry/foundations/enum_range.h>
 #include <database_entry/records/chemical_classification.h>
+#include <utilities/archiving/field_list.h>
 
 #include <array>
 #include <ostream>
@@ -50,4 +51,14 @@ void ChemicalClassification::read(Archive& archive) {
 
 void ChemicalClassification::validate(Classifier classifier) {
   require_enum_range(classifier, carbohydrate, high_polymer, invalid);
+}
+
+Archive& operator<<(Archive& archive, const std::vector<ChemicalClassification>& classifications) {
+  write_fields(archive, classifications);
+  return archive;
+}
+
+Archive& operator>>(Archive& archive, std::vector<ChemicalClassification>& classifications) {
+  read_fields(archive, classifications);
+  return archive;
 }

@@ -15,6 +15,7 @@
 #include <iosfwd>
 #include <string>
 #include <tuple>
+#include <vector>
 
 class DATABASE_ENTRY_EXPORT ChemicalClassification {
  public:
@@ -62,3 +63,11 @@ class DATABASE_ENTRY_EXPORT ChemicalClassification {
  private:
   Classifier classifier_ = none;
 };
+
+// A list of classes on an archive: the count, then each. Reading keeps and overwrites existing elements, and
+// removes the surplus. A class that is refused stops either; what was written or read before it stays, and a
+// list that was to grow has grown as one of texts does (foundations/archive_encodings.h).
+DATABASE_ENTRY_EXPORT Archive& operator<<(Archive& archive,
+                                          const std::vector<ChemicalClassification>& classifications);
+DATABASE_ENTRY_EXPORT Archive& operator>>(Archive& archive,
+                                          std::vector<ChemicalClassification>& classifications);

@@ -57,8 +57,11 @@ class DATABASE_ENTRY_EXPORT DepositionInfo {
   void deposition_numbers(DepositionType type, std::vector<std::string>& numbers) const;
 
   void write(Archive& to) const;
-  // Takes the list as it stands, in any order. Throws std::invalid_argument at a type outside 0 to 11, which
-  // is stored, and ArchiveError at a negative count; the pairs before keep what was read.
+  // Takes the list as it is, in any order: the first text of a kind is then the first in the archive. The
+  // next set_text() of a text sorts the list by type, and keeps the order of texts of one type. Throws
+  // std::invalid_argument at a type outside 0 to 11, which is stored, and ArchiveError at a negative count or
+  // where the stream ends. The pairs before keep what was read; the list has grown as one of texts does
+  // (foundations/archive_encodings.h), by pairs of vorn and an empty text.
   void read(Archive& from);
   // "0: 0: VORN 123456\t1: 6: R77\t": for each its index, its type as an integer, its text and a tab.
   void print(std::ostream& os) const;

@@ -167,4 +167,26 @@ TEST(ArchivedHandle, CompilesOnlyForComponentsThatOptIn) {
   SUCCEED();
 }
 
+struct CutList {
+  std::size_t before, claimed, came, after;
+  const char* reason;
+};
+
+TEST(ArchivedTexts, HaveGrownThisFarWhenTheStreamEnds) {
+  const CutList cases[] = {
+      {0, 5, 2, 5, "a short list at once"},       {0, 1024, 2, 1024, "1,024 too"},
+      {0, 5000, 2, 1024, "no further than that"}, {0, 5000, 1024, 2048, "by as many as have come"},
+      {0, 5000, 3000, 4096, "and again"},         {2000, 5000, 2, 2000, "what was there stays"},
+  };
+  for (const CutList& c : cases) {
+    std::vector<std::string> list(c.before, "before");
+    std::string stored = int32(static_cast<int>(c.claimed));
+    for (std::size_t index = 0; index < c.came; ++index) stored += text("came");
+    EXPECT_THROW(read_from(stored, [&](Archive& archive) { archive >> list; }), ArchiveError) << c.reason;
+    EXPECT_EQ(list.size(), c.after) << c.reason;
+    EXPECT_EQ(list[c.came - 1], "came") << c.reason;
+    EXPECT_EQ(list.back(), c.before == 0 ? "" : "before") << c.reason;
+  }
+}
+
 }  // namespace

@@ -32,6 +32,17 @@ TEST(PrintedSequence, LetsElementsBeWrittenByTheCaller) {
   EXPECT_EQ(os.str(), "0: <7>\t1: <8>\t");
 }
 
+struct Printable {
+  int value;
+  void print(std::ostream& os) const { os << '<' << value << '>'; }
+};
+
+TEST(PrintedSequence, LetsElementsPrintThemselves) {
+  std::ostringstream os;
+  print_sequence(os, std::vector<Printable>{{7}, {8}});
+  EXPECT_EQ(os.str(), "0: <7>\t1: <8>\t");
+}
+
 TEST(PrintedSequence, CountsInTheFormatOfTheStream) {
   std::ostringstream os;
   os << std::hex << std::showbase;

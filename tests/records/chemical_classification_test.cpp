@@ -1,3 +1,4 @@
+#include <database_entry/foundations/sequence_text.h>
 #include <database_entry/records/chemical_classification.h>
 #include <gtest/gtest.h>
 
@@ -75,6 +76,34 @@ TEST(ChemicalClassification, KeepsItsValueWhenAReadOneIsRefused) {
     EXPECT_EQ(failed_read<std::invalid_argument>(steroid, int32(value)), invalid);
     EXPECT_EQ(steroid.classifier(), ChemicalClassification::steroid);
   }
+}
+
+using Classifications = std::vector<ChemicalClassification>;
+
+TEST(ChemicalClassifications, AreArchivedAsTheirCountAndThenEach) {
+  const Classifications two{classification(6), classification(11)};
+  const std::string stored = written([&](Archive& archive) { archive << two; });
+  EXPECT_EQ(stored, bytes(int32(2), int32(6), int32(11)));
+  Classifications back(3, classification(1));
+  read_from(stored, [&](Archive& archive) { archive >> back; });
+  EXPECT_EQ(back, two);
+}
+
+TEST(ChemicalClassifications, StopAtTheOneThatIsNone) {
+  const std::string left = written([](Archive& archive) {
+    EXPECT_THROW(archive << Classifications({classification(6), classification(0)}), std::invalid_argument);
+  });
+  EXPECT_EQ(left, bytes(int32(2), int32(6)));
+  Classifications back;
+  const std::string stored = bytes(int32(3), int32(6), int32(12), int32(7));
+  EXPECT_THROW(read_from(stored, [&](Archive& archive) { archive >> back; }), std::invalid_argument);
+  EXPECT_EQ(back, (Classifications{classification(6), classification(0), classification(0)}));
+}
+
+TEST(ChemicalClassifications, ArePrintedByIndex) {
+  std::ostringstream os;
+  print_sequence(os, Classifications{classification(6), classification(11)});
+  EXPECT_EQ(os.str(), "0: Steroid\t1: High Polymer\t");
 }
 
 TEST(ChemicalClassification, IsEqualByValueAlsoWhereItIsInvalid) {
