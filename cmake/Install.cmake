@@ -4,7 +4,7 @@ get_property(libraries GLOBAL PROPERTY DATABASE_ENTRY_LIBRARIES)
 get_property(companions GLOBAL PROPERTY DATABASE_ENTRY_COMPANIONS)
 list(TRANSFORM companions PREPEND "database_entry_" OUTPUT_VARIABLE companion_libraries)
 
-# The installed tree may be moved: everything finds its neighbours from where it stands itself.
+# The installed tree may be moved: everything finds its neighbours from where it is itself.
 file(RELATIVE_PATH libraries_from_programs "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
 set_target_properties(${libraries} ${companion_libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
 if(TARGET dbentry)

@@ -29,7 +29,7 @@ class ByteSource {
   // lowest to highest, both included.
   int between(int lowest, int highest) { return lowest + byte() % (highest - lowest + 1); }
 
-  // Without a NUL, behind which nothing would be read back.
+  // Without a NUL, after which nothing would be read back.
   std::string text() {
     const std::size_t wanted = byte();  // before left() is asked, which it changes
     const std::size_t size = std::min(wanted, left());

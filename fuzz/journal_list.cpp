@@ -14,7 +14,7 @@ std::string placeholder(int coden) {
   return line;
 }
 
-// Good lines behind these, up to the length of a list.
+// Good lines after these, up to the length of a list.
 std::string completed(const std::string& lines) {
   static const std::string placeholders = [] {
     std::string all;

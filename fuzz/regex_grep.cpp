@@ -13,7 +13,7 @@ class CheckOrder {
   void operator()(const RegexResults& results) {
     const RegexResults::Match match = results.match(0);
     require(match.begin_offset() >= last_end_, "a match starts before the end of the last one");
-    require(match.end_offset() <= size_, "a match ends behind the text");
+    require(match.end_offset() <= size_, "a match ends after the text");
     last_end_ = results.empty_match() ? last_end_ : match.end_offset();
     ++matches_;
   }

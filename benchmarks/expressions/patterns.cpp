@@ -17,7 +17,7 @@ std::string refcode(RandomText& random) {
   return joined(random.letters(6), random.one_in(2) ? random.digits(2) : "");
 }
 
-// What the pattern finds, as it stands in a text.
+// What the pattern finds, as a text has it.
 using Token = std::function<std::string(RandomText&)>;
 const std::map<std::string, Token>& tokens() {
   static const std::map<std::string, Token> table = {
@@ -57,7 +57,7 @@ std::string lone_refcode(RandomText& random, std::size_t length) {
   return joined(std::string(before, ' '), middle, std::string(length - middle.size() - before, ' '));
 }
 
-// The name of a query file; one of eight lacks the ending.
+// The name of a query file; of one in eight the ending is missing.
 std::string file_name(RandomText& random, std::size_t length, bool with_blank) {
   const std::string lower = "abcdefghijklmnopqrstuvwxyz";
   const std::string ending = random.one_in(8) ? "" : ".qdx";

@@ -46,7 +46,7 @@ constexpr int number_width = 11;
 
 }  // namespace
 
-// How a goal stands: the figure reached, the figure asked for, and whether that is enough.
+// What became of a goal: the figure reached, the figure asked for, and whether that is enough.
 struct Suite::Verdict {
   double reached;
   double asked;

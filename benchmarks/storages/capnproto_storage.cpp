@@ -364,7 +364,7 @@ class CapnprotoCodec {
  public:
   using Object = plain::Entry;
 
-  // A message must begin in zeros, and leaves zeros behind.
+  // A message must begin in zeros, and leaves zeros after it.
   CapnprotoCodec() { std::memset(first_segment_.begin(), 0, first_segment_.asBytes().size()); }
 
   static Object convert(const plain::Entry& entry) { return entry; }

@@ -4,7 +4,7 @@
 //   Object convert(const plain::Entry&)                 once, not timed
 //   std::string_view encode(const Object&)              into a buffer that is used again
 //   void decode(std::string_view, const auto& use)      makes a new object, hands it to `use`, destroys it
-// In a file a run of bytes stands behind its length, since these libraries must know where it ends.
+// In a file a run of bytes follows its length, since these libraries must know where it ends.
 #pragma once
 
 #include <cstdint>

@@ -14,7 +14,7 @@
 // Stored entries: the bytes of each, back to back.
 struct StoredEntries {
   std::string bytes;
-  std::vector<std::size_t> ends;  // behind the last byte of each entry
+  std::vector<std::size_t> ends;  // after the last byte of each entry
 
   [[nodiscard]] std::size_t size() const { return ends.size(); }
   [[nodiscard]] std::string_view entry(std::size_t index) const {

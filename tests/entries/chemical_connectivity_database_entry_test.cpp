@@ -44,7 +44,7 @@ TEST(ConnectivityEntry, TakesTheFileNameOfAQueryApart) {
       {"09AZaz.qdx", "09AZaz", "old", "the same without a name"},
       {"5 x.qdx.bak", "5", "x", "what follows .qdx is ignored"},
       {"5 x_y.qdx", "5 x_y.qdx", "old", "no underscore in a name"},
-      {"5 xXqdx", "5 xXqdx", "old", "behind a name the dot is a dot"},
+      {"5 xXqdx", "5 xXqdx", "old", "after a name the dot is a dot"},
       {" 5 x.qdx", " 5 x.qdx", "old", "nothing in front of the number"},
       {"123abc.qdx", "123abc", "old", "digits and letters, no name"},
       {"123abcXqdx", "123abc", "old", "any character before qdx"},

@@ -1,4 +1,4 @@
-// The pages tell the truth: links lead somewhere, and what is quoted from a file is what stands in the file.
+// The pages tell the truth: links lead somewhere, and what is quoted from a file is what the file has.
 //
 // A quoted block follows a line `<!-- quote: PATH -->`, which takes the whole file, or
 // `<!-- quote: PATH#NAME -->`, which takes the lines between `// begin NAME` and `// end NAME`.

@@ -80,7 +80,7 @@ TEST(ChemicalInfo, KeepsWhatWasReadBeforeAClassThatIsNone) {
   const std::string stored =
       bytes(text("C"), text("new"), std::string(5 * 4, '\0'), int32(3), int32(7), int32(12));
   long position = 0;
-  read_from(stored + "behind", [&](Archive& archive) {
+  read_from(stored + "after", [&](Archive& archive) {
     EXPECT_THROW(info.read(archive), std::invalid_argument);
     position = std::ftell(archive.stream());
   });

@@ -192,7 +192,7 @@ TEST(ExperimentalInfo, KeepsABadPowderStudyAndEverythingElseNew) {
 TEST(ExperimentalInfo, ConsumesAllItsBytesAlsoWhenAProbeIsBad) {
   ExperimentalInfo info;
   const std::string stored = stored_with(INT_MAX, 0, 0);
-  read_from(stored + "behind", [&](Archive& archive) {
+  read_from(stored + "after", [&](Archive& archive) {
     EXPECT_THROW(info.read(archive), std::invalid_argument);
     EXPECT_EQ(std::ftell(archive.stream()), static_cast<long>(stored.size()));
   });
@@ -220,7 +220,7 @@ TEST(ExperimentalInfo, KeepsTheComparatorOfItsRangeWhenItIsRead) {
 TEST(ExperimentalInfo, ReadsAnyByteButZeroAsTrue) {
   ExperimentalInfo info;
   std::string stored = bytes_of(info);
-  stored[72] = '\x80';  // behind 4 doubles, 3 texts, a range of 24 bytes and the probe
+  stored[72] = '\x80';  // after 4 doubles, 3 texts, a range of 24 bytes and the probe
   read_from(stored, [&](Archive& archive) { info.read(archive); });
   EXPECT_TRUE(info.absolute_configuration);
 }

@@ -31,8 +31,8 @@ TEST(Journal, TakesCodenAndNameFromItsLine) {
       {62, "000062", "Cancer Biotherapy and Radiopharmaceuticals", Journal::current, "without a CODEN"},
       {861, "Unknown", "Unknown", Journal::unknown, "a placeholder line"},
       {1418, "CESCAC", "Chem.Eng.Sci.", Journal::current, "the last line"},
-      {1419, "Unknown", "Unknown", Journal::unknown, "just behind the list"},
-      {INT_MAX, "Unknown", "Unknown", Journal::unknown, "far behind the list"}};
+      {1419, "Unknown", "Unknown", Journal::unknown, "just after the list"},
+      {INT_MAX, "Unknown", "Unknown", Journal::unknown, "far after the list"}};
   for (const Known& known : journals) {
     const Journal journal(known.coden);
     EXPECT_EQ(journal.coden(), known.coden) << known.reason;

@@ -1,4 +1,4 @@
-// What holds for every record that stands in an archive: its bytes, and what damage to them does.
+// What holds for every record that is kept in an archive: its bytes, and what damage to them does.
 #include <gtest/gtest.h>
 
 #include "records/sample_records.h"

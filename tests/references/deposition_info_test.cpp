@@ -23,7 +23,7 @@ std::string archived(const DepositionInfo& info) {
   return written([&](Archive& archive) { info.write(archive); });
 }
 
-// A list in the order in which it stands in the archive, as set_text never leaves it.
+// A list in the order in which the archive has it, as set_text never leaves it.
 DepositionInfo info_from(const std::string& stored) {
   DepositionInfo info;
   read_from(stored, [&](Archive& archive) { info.read(archive); });
@@ -113,7 +113,7 @@ TEST(DepositionInfo, CollectsTheNumbersOfEachKind) {
       {DepositionInfo::contributor, "VORN 12", {}, "a contributor's code has no numbers"},
       {DepositionInfo::contributor, "zzz", {}, "its placeholder is never searched"},
       {DepositionInfo::iucr_validation_code, "xIUC0012 IUC7", {"IUC0012", "IUC7"}, "the whole match"},
-      {DepositionInfo::iucr_coeditor_code, "IUCr AB1234", {"AB1234"}, "the word behind the blank"},
+      {DepositionInfo::iucr_coeditor_code, "IUCr AB1234", {"AB1234"}, "the word after the blank"},
       {DepositionInfo::iucr_coeditor_code, "IUCR XY12", {"XY12"}, "either case of the r"},
       {DepositionInfo::jds, "12/34", {"12/34"}, "both numbers and the stroke"},
       {DepositionInfo::russian, "R77, R", {"R77"}, "a lone R is none"},

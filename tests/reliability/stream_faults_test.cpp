@@ -43,7 +43,7 @@ TEST_P(OverABadStream, ReportsAStreamThatFillsUpAtAnyByte) {
       const File stream = output.open();
       std::setvbuf(stream.get(), nullptr, mode, BUFSIZ);
       EXPECT_FALSE(writes_whole(*object, stream.get())) << room;
-      // A text that does not fit is only reported by the flush, so smaller scalars may stand behind the gap.
+      // A text that does not fit is only reported by the flush, so smaller scalars may follow the gap.
       const std::size_t first_scalar = std::min<std::size_t>(room, 4);
       EXPECT_EQ(output.taken().substr(0, first_scalar), whole().substr(0, first_scalar)) << room;
     }

@@ -50,7 +50,7 @@ struct CloseFile {
 };
 using File = std::unique_ptr<FILE, CloseFile>;
 
-// A temporary file that holds `contents` and stands at its start.
+// A temporary file that holds `contents` and is at its start.
 inline File file_with(const std::string& contents) {
   File file(std::tmpfile());
   if (file == nullptr) throw std::runtime_error("no temporary file could be made");
@@ -59,7 +59,7 @@ inline File file_with(const std::string& contents) {
   return file;
 }
 
-// What stands in the file from its start; leaves the position there.
+// What the file holds from its start; leaves the position there.
 inline std::string contents_of(FILE* file) {
   std::string contents;
   std::rewind(file);

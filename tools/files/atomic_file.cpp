@@ -21,29 +21,29 @@ namespace {
 
 // The names of the temporaries that stand, where a signal handler can read them: plain memory, no locks.
 struct Temporary {
-  std::atomic<bool> stands = false;
+  std::atomic<bool> exists = false;
   std::array<char, PATH_MAX> name = {};
 };
 std::array<Temporary, 4> temporaries;
 
 void remember(const std::string& name) {
   for (Temporary& temporary : temporaries) {
-    if (temporary.stands || name.size() >= temporary.name.size()) continue;
+    if (temporary.exists || name.size() >= temporary.name.size()) continue;
     std::memcpy(temporary.name.data(), name.c_str(), name.size() + 1);
-    temporary.stands = true;
+    temporary.exists = true;
     return;
   }
 }
 
 void forget(const std::string& name) {
   for (Temporary& temporary : temporaries) {
-    if (temporary.stands && name == temporary.name.data()) temporary.stands = false;
+    if (temporary.exists && name == temporary.name.data()) temporary.exists = false;
   }
 }
 
 extern "C" void remove_temporaries_and_end(int signal) {
   for (const Temporary& temporary : temporaries) {
-    if (temporary.stands) ::unlink(temporary.name.data());
+    if (temporary.exists) ::unlink(temporary.name.data());
   }
   // The handler was installed for one delivery: this one ends the process.
   ::raise(signal);

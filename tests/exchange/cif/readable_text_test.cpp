@@ -29,7 +29,7 @@ INSTANTIATE_TEST_SUITE_P(
         TextCase{"M\\\"uller", "Müller", "umlaut"}, TextCase{"Andr\\'e", "André", "acute"},
         TextCase{"Fran\\,cois", "François", "cedilla"},
         TextCase{"Dvo\\<r\\'ak", "Dvořák", "two codes in a word"},
-        TextCase{"\\%angstr\\\"om", "ångström", "a ring, and an umlaut behind it"},
+        TextCase{"\\%angstr\\\"om", "ångström", "a ring, and an umlaut after it"},
         TextCase{"Stra\\&sburger", "Straßburger", "sharp s"},
         TextCase{"\\/Orsted, \\/Lukasz", "Ørsted, Łukasz", "strokes"}, TextCase{"Mo K\\a", "Mo Kα", "Greek"},
         TextCase{"\\W", "Ω", "Greek capital"}, TextCase{"a\\", "a\\", "a code without a letter"},

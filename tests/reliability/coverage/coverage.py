@@ -2,7 +2,7 @@
 """coverage.py BUILD: which lines and branches of the libraries the tests of BUILD have reached.
 
 Reads the profiles below BUILD/profiles through llvm-profdata and llvm-cov (of the clang that built), and prints lines
-and branches by room. A branch is one way out of a condition or switch as it stands in the source: what only an
+and branches by room. A branch is one way out of a condition or switch as the source has it: what only an
 exception takes is none, and a template is one source, however often it is used. What is marked
 
     // uncovered: REASON
@@ -20,7 +20,7 @@ from collections import defaultdict
 
 ROOMS = ("database_entry/", "siblings/")
 MARK = re.compile(r"// uncovered: \S")
-BRACKETS_ONLY = re.compile(r"[\s{})\];]*$")  # the line behind a return, where nothing is left to run
+BRACKETS_ONLY = re.compile(r"[\s{})\];]*$")  # the line after a return, where nothing is left to run
 WRITTEN_BY_THE_COMPILER = re.compile(r"\bif constexpr\b|= default;")  # its conditions have no count
 
 

@@ -94,7 +94,7 @@ def changes_of(source, path):
                     code[:match.start()] + replacement(match)
                 new += code[match.end():]
                 if replacement == "if (!(":
-                    # Negates the whole condition: closes behind the bracket that pairs with the first.
+                    # Negates the whole condition: closes after the bracket that pairs with the first.
                     new = negated(code, match.end())
                 if new is not None and new != code:
                     yield Change(path, number, match.start() + 1, code, new)

@@ -30,7 +30,7 @@ int main() {
   if (pthread_attr_setstacksize(&attributes, stack_bytes) != 0) return 2;
   pthread_t thread;
   int count = 0;
-  // An overflow meets the guard page behind the stack and ends the process.
+  // An overflow meets the guard page after the stack and ends the process.
   if (pthread_create(&thread, &attributes, search_everything, &count) != 0) return 2;
   pthread_join(thread, nullptr);
   std::cout << count << " searches on " << stack_bytes << " bytes of stack\n";

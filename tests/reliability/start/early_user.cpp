@@ -1,5 +1,5 @@
 // A program whose static objects use the library before main, and after it: linked with the shared libraries,
-// and with the library's objects put behind its own, so that its initialisers run first.
+// and with the library's objects put after its own, so that its initialisers run first.
 #include <database_entry/database_entry.h>
 
 #include <iostream>

@@ -1,5 +1,5 @@
-// One full example of everything that stands in an archive: every text filled, every list with elements,
-// every number other than 0.
+// One full example of everything that an archive holds: every text filled, every list with elements,
+// every number except 0.
 #pragma once
 
 #include "layout.h"

@@ -34,7 +34,7 @@ class Layout {
     bytes_ += more;
     return *this;
   }
-  // Another layout, behind this one.
+  // Another layout, after this one.
   Layout& part(const Layout& other) {
     for (const Place& place : other.places_) {
       places_.push_back({bytes_.size() + place.offset, place.name, place.value, place.is_size});
