@@ -167,8 +167,8 @@ class SqlEngine : public StoreEngine {
   }
 
   void clear_columns() override {
-    writer_->run("DELETE FROM entry_text");
-    writer_->run("DELETE FROM entry_element");
+    writer_->statement("DELETE FROM entry_text").run();
+    writer_->statement("DELETE FROM entry_element").run();
   }
 
   void set_columns(const EntryHead& head, const EntryColumns& columns) override {

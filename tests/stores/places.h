@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "stores/postgresql_server.h"
 #include "support/bytes.h"
 
 // A folder that goes with its object.
@@ -41,6 +42,7 @@ inline std::vector<EntryStore::Put> puts_of(const Entries& entries) {
 }
 
 struct MemoryPlace {
+  bool is_there() { return true; }
   std::unique_ptr<EntryStore> init() { return init_entry_store("memory:"); }
   std::unique_ptr<EntryStore> holding(const Entries& entries) {
     auto store = init();
@@ -53,9 +55,21 @@ struct SqlitePlace {
   StoreFolder folder;
   int count = 0;
 
+  bool is_there() { return true; }
   std::unique_ptr<EntryStore> init() {
     return init_entry_store(folder.file(std::to_string(++count) + ".db"));
   }
+  std::unique_ptr<EntryStore> holding(const Entries& entries) {
+    auto store = init();
+    static_cast<void>(store->put_all(puts_of(entries), OnDuplicate::refuse));
+    return store;
+  }
+};
+
+// A new database for each store. The tests are skipped where there is no server.
+struct PostgresqlPlace {
+  bool is_there() { return PostgresqlServer::shared().is_installed(); }
+  std::unique_ptr<EntryStore> init() { return init_entry_store(PostgresqlServer::shared().new_database()); }
   std::unique_ptr<EntryStore> holding(const Entries& entries) {
     auto store = init();
     static_cast<void>(store->put_all(puts_of(entries), OnDuplicate::refuse));
@@ -68,6 +82,7 @@ struct ArchivePlace {
   StoreFolder folder;
   int count = 0;
 
+  bool is_there() { return true; }
   std::unique_ptr<EntryStore> holding(const Entries& entries) {
     const std::string path = folder.file(std::to_string(++count) + ".dbe");
     const File file(std::fopen(path.c_str(), "wb"));

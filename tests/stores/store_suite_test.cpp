@@ -43,9 +43,12 @@ std::string component_bytes(const Row& row, const THandle<typename Row::Type>& h
 template <class Place>
 class EveryStore : public testing::Test {
  protected:
+  void SetUp() override {
+    if (!place_.is_there()) GTEST_SKIP() << "the server is not installed";
+  }
   Place place_;
 };
-using ReadPlaces = testing::Types<MemoryPlace, SqlitePlace, ArchivePlace>;
+using ReadPlaces = testing::Types<MemoryPlace, SqlitePlace, ArchivePlace, PostgresqlPlace>;
 TYPED_TEST_SUITE(EveryStore, ReadPlaces);
 
 TYPED_TEST(EveryStore, GivesAnEntryByteForByte) {
@@ -186,7 +189,7 @@ TYPED_TEST(EveryStore, ReadsOneStateInASnapshot) {
 
 template <class Place>
 class WritableStore : public EveryStore<Place> {};
-using WritePlaces = testing::Types<MemoryPlace, SqlitePlace>;
+using WritePlaces = testing::Types<MemoryPlace, SqlitePlace, PostgresqlPlace>;
 TYPED_TEST_SUITE(WritableStore, WritePlaces);
 
 TYPED_TEST(WritableStore, TakesAnEntry) {
