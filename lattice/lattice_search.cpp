@@ -15,6 +15,9 @@ constexpr double most_points = 200000.0;
 // What is at the limit is within, whatever the last digits say.
 constexpr double rounding = 1e-9;
 
+// No length or volume is as large.
+constexpr double unbounded = 1e30;
+
 struct Limits {
   double lower = 0.0;
   double upper = 0.0;
@@ -69,15 +72,25 @@ Limits eigenvalues(double u, double v, double w) {
   return {1.0 + 2.0 * p * std::cos(phi + 2.0 * std::numbers::pi / 3.0), 1.0 + 2.0 * p * std::cos(phi)};
 }
 
-// A found lattice has a basis with lengths s_i t_i, where t are the compared lengths and 1-p <= s <= 1+p, and
-// cosines that differ from the compared ones by at most d. With C and C' the two matrices of cosines and y_i
-// = t_i x_i, a vector of whole coordinates x has the squared length y'Cy in the compared lattice and y'SC'Sy
-// in the found one.
-//   SC'S - C = (SCS - C) + S(C'-C)S, whose norms are at most (2p + p²)|C| and (1+p)²|d| (Frobenius), so that
-//   |y'SC'Sy - y'Cy| <= e y'Cy with e = ((2p + p²)|C| + (1+p)²|d|) / (the smallest eigenvalue of C).
-// All vectors are longer or shorter by at most sqrt(1 +- e); so are the successive minima of the lattice, and
-// these are the lengths of the reduced cell. The upper limit is also that of the found basis: the i-th
-// minimum is at most its i-th length, sorted.
+// By how much the vectors of a lattice may be shorter and longer than those of another one, whose basis has
+// the matrix of cosines C with eigenvalues from l to m, when lengths change by the share p at most and the
+// cosines by d (Frobenius). With y_i = t_i x_i, a vector of whole coordinates x has the squared length y'Cy,
+// and y'SC'Sy after the change.
+//   |Sy - y| <= p k |y| in the norm of C, with k = sqrt(m / l), and |z'C'z - z'Cz| <= d z'z <= d / l z'Cz, so
+//   that its length changes by a factor from (1 - p k) sqrt(1 - d / l) to (1 + p k) sqrt(1 + d / l).
+// So do the successive minima of the lattice, and these are the lengths of the reduced cell.
+Limits stretch(const Limits& eigen, double p, double difference) {
+  if (eigen.lower < 1e-9) return {0.0, unbounded};
+  const double k = std::sqrt(eigen.upper / eigen.lower);
+  const double share = difference / eigen.lower;
+  return {std::max(1.0 - p * k, 0.0) * std::sqrt(std::max(1.0 - share, 0.0)),
+          (1.0 + p * k) * std::sqrt(1.0 + share)};
+}
+
+// The conditions of a reduced cell hold to 1e-5 of its shortest edge's square.
+constexpr double reduction = 1e-4;
+
+// Of lattices that have a basis like the compared one.
 LatticeBounds bounds_of(const CellGeometry& compared, double p, double angle_tolerance) {
   const auto& [a, b, c, alpha, beta, gamma] = compared.parameters();
   const std::array<double, 3> angles = {alpha, beta, gamma};
@@ -95,24 +108,52 @@ LatticeBounds bounds_of(const CellGeometry& compared, double p, double angle_tol
   LatticeBounds bounds;
   bounds.least_volume = edges * std::pow(1.0 - p, 3) * flatness.lower * (1.0 - rounding);
   bounds.most_volume = edges * std::pow(1.0 + p, 3) * flatness.upper * (1.0 + rounding);
-
-  const Limits eigen = eigenvalues(exact[0], exact[1], exact[2]);
-  const double growth = 2.0 * p + p * p;
-  const double change =
-      eigen.lower > 1e-9
-          ? (growth * eigen.upper + (1.0 + growth) * std::sqrt(squared_difference)) / eigen.lower
-          : std::numeric_limits<double>::infinity();
-  // The conditions of a reduced cell hold to 1e-5 of its shortest edge's square.
-  constexpr double reduction = 1e-4;
-  const double least = std::sqrt(std::max(1.0 - change, 0.0)) * (1.0 - reduction);
-  const double most = std::sqrt(1.0 + change) * (1.0 + reduction);
+  const Limits factor = stretch(eigenvalues(exact[0], exact[1], exact[2]), p, std::sqrt(squared_difference));
   const ReducedCell reduced(compared);
   std::array<double, 3> sorted = {a, b, c};
   std::sort(sorted.begin(), sorted.end());
   for (std::size_t i = 0; i < 3; ++i) {
     const double length = reduced.parameters()[i];
-    bounds.least_lengths[i] = length * least;
-    bounds.most_lengths[i] = std::min(length * most, sorted[i] * (1.0 + p) * (1.0 + reduction));
+    bounds.least_lengths[i] = length * factor.lower * (1.0 - reduction);
+    // The i-th minimum is at most the i-th length of the found basis, sorted.
+    bounds.most_lengths[i] = std::min(length * factor.upper, sorted[i] * (1.0 + p)) * (1.0 + reduction);
+  }
+  return bounds;
+}
+
+// Of lattices with whose reduced cell some basis of the asked lattice agrees. A reduced cell has a volume of
+// at least abc / sqrt(2). So the eigenvalues of its cosines have the product 1/2 at least and the sum 3: the
+// smallest, s, is above 0.26, as s (3 - s)² / 4 >= 1/2, and the largest below 2.48. Its angles are from 60 to
+// 120 degrees.
+// The share is one of the asked lengths, so that of the found ones it is up to p / (1 - p).
+LatticeBounds bounds_around(const ReducedCell& asked, double share, double angle_tolerance) {
+  const double p = share / (1.0 - share);
+  const double angle = angle_tolerance * radians;
+  // A cosine changes by no more than its angle does.
+  const Limits factor = stretch({0.26, 2.48}, p, std::sqrt(6.0) * angle);
+  // The slope of the squared flatness along one angle is 2 sin(u) (cos(u) - cos(v) cos(w)).
+  const double cosine = std::min(0.5 + angle, 1.0) + 1e-4;
+  const double flatter = 3.0 * angle * 2.0 * (cosine + cosine * cosine) / 0.4999;
+  const double least_volume = std::pow(1.0 - p, 3) * std::sqrt(std::max(1.0 - flatter, 0.0));
+  const double most_volume = std::pow(1.0 + p, 3) * std::sqrt(1.0 + flatter);
+  LatticeBounds bounds;
+  bounds.least_volume = asked.volume() / most_volume * (1.0 - rounding);
+  bounds.most_volume = least_volume > 0.0 ? asked.volume() / least_volume * (1.0 + rounding) : unbounded;
+  for (std::size_t i = 0; i < 3; ++i) {
+    bounds.least_lengths[i] = asked.parameters()[i] / factor.upper * (1.0 - reduction);
+    bounds.most_lengths[i] =
+        factor.lower > 0.0 ? asked.parameters()[i] / factor.lower * (1.0 + reduction) : unbounded;
+  }
+  return bounds;
+}
+
+LatticeBounds both(const LatticeBounds& left, const LatticeBounds& right) {
+  LatticeBounds bounds;
+  bounds.least_volume = std::min(left.least_volume, right.least_volume);
+  bounds.most_volume = std::max(left.most_volume, right.most_volume);
+  for (std::size_t i = 0; i < 3; ++i) {
+    bounds.least_lengths[i] = std::min(left.least_lengths[i], right.least_lengths[i]);
+    bounds.most_lengths[i] = std::max(left.most_lengths[i], right.most_lengths[i]);
   }
   return bounds;
 }
@@ -185,36 +226,25 @@ long long determinant(const LatticeVector& u, const LatticeVector& v, const Latt
   return u.steps[0] * minor(1, 2) + u.steps[1] * minor(2, 0) + u.steps[2] * minor(0, 1);
 }
 
-}  // namespace
-
-LatticeSearch::LatticeSearch(const CellGeometry& asked, double percent, char centring)
-    : compared_(checked(asked, percent, centring)),
-      length_tolerance_(percent / 100.0),
-      angle_tolerance_(0.9 * percent),
-      bounds_(bounds_of(compared_, length_tolerance_, angle_tolerance_)) {}
-
-bool LatticeSearch::finds(const ReducedCell& lattice) const {
-  if (lattice.volume() < bounds_.least_volume || lattice.volume() > bounds_.most_volume) return false;
-  const std::array<double, 6>& reduced = lattice.parameters();
-  for (std::size_t i = 0; i < 3; ++i)
-    if (reduced[i] < bounds_.least_lengths[i] || reduced[i] > bounds_.most_lengths[i]) return false;
-
-  const std::array<double, 6>& wanted = compared_.parameters();
+// Whether some basis of the lattice agrees with the wanted cell. The lattice's vectors are looked for in its
+// reduced cell. A length of it is from `lower` to `upper` times the wanted one.
+bool has_basis_like(const CellGeometry& lattice, const CellGeometry& wanted_cell, const Limits& lengths,
+                    double angle_tolerance) {
+  const std::array<double, 6>& wanted = wanted_cell.parameters();
   std::array<std::vector<LatticeVector>, 3> candidates;
   for (std::size_t i = 0; i < 3; ++i) {
-    candidates[i] =
-        vectors_within(lattice.geometry(), {wanted[i] * (1.0 - length_tolerance_) * (1.0 - rounding),
-                                            wanted[i] * (1.0 + length_tolerance_) * (1.0 + rounding)});
+    candidates[i] = vectors_within(lattice, {wanted[i] * lengths.lower * (1.0 - rounding),
+                                             wanted[i] * lengths.upper * (1.0 + rounding)});
     if (candidates[i].empty()) return false;
   }
-  // Of a basis and its negative one is enough.
   std::array<Limits, 3> cosines;
-  for (std::size_t i = 0; i < 3; ++i) cosines[i] = cosine_limits(wanted[i + 3], angle_tolerance_);
+  for (std::size_t i = 0; i < 3; ++i) cosines[i] = cosine_limits(wanted[i + 3], angle_tolerance);
   const auto agree = [&](const LatticeVector& u, const LatticeVector& v, std::size_t angle) {
     const double cosine = dot(u.end, v.end) / (u.length * v.length);
     return cosine >= cosines[angle].lower && cosine <= cosines[angle].upper;
   };
   for (const LatticeVector& u : candidates[0]) {
+    // Of a basis and its negative one is enough.
     if (u.steps < std::array<int, 3>{}) continue;
     for (const LatticeVector& v : candidates[1]) {
       if (!agree(u, v, 2)) continue;
@@ -223,4 +253,29 @@ bool LatticeSearch::finds(const ReducedCell& lattice) const {
     }
   }
   return false;
+}
+
+}  // namespace
+
+LatticeSearch::LatticeSearch(const CellGeometry& asked, double percent, char centring)
+    : compared_(checked(asked, percent, centring)),
+      reduced_(asked, centring),
+      length_tolerance_(percent / 100.0),
+      angle_tolerance_(0.9 * percent),
+      bounds_(both(both(bounds_of(compared_, length_tolerance_, angle_tolerance_),
+                        bounds_of(reduced_.geometry(), length_tolerance_, angle_tolerance_)),
+                   bounds_around(reduced_, length_tolerance_, angle_tolerance_))) {}
+
+bool LatticeSearch::finds(const ReducedCell& lattice) const {
+  if (lattice.volume() < bounds_.least_volume || lattice.volume() > bounds_.most_volume) return false;
+  const std::array<double, 6>& reduced = lattice.parameters();
+  for (std::size_t i = 0; i < 3; ++i)
+    if (reduced[i] < bounds_.least_lengths[i] || reduced[i] > bounds_.most_lengths[i]) return false;
+  const double p = length_tolerance_;
+  // The share is always one of the asked length.
+  const Limits of_asked = {1.0 - p, 1.0 + p};
+  const Limits of_found = {1.0 / (1.0 + p), 1.0 / (1.0 - p)};
+  return has_basis_like(lattice.geometry(), reduced_.geometry(), of_asked, angle_tolerance_) ||
+         has_basis_like(reduced_.geometry(), lattice.geometry(), of_found, angle_tolerance_) ||
+         has_basis_like(lattice.geometry(), compared_, of_asked, angle_tolerance_);
 }
