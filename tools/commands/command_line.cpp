@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "tools/commands/commands.h"
+#include "tools/commands/list_columns.h"
 #include "tools/commands/pages.h"
 #include "tools/files/collection.h"
 #include "tools/files/collection_place.h"
@@ -48,6 +49,10 @@ class CommandLine {
     add_merge();
     add_remove();
     add_stats();
+    add_find();
+    add_perceive();
+    add_check();
+    add_picture();
     add_stores();
     add_help();
   }
@@ -218,6 +223,73 @@ class CommandLine {
     add_format(app, list_.format);
   }
 
+  void add_find() {
+    CLI::App* app = add("find", "Find entries by a query, a filter or a cell", find_, find_command, [this] {
+      take_collection("find", {&find_.collection, &find_.query}, nullptr);
+    });
+    add_collection(app, find_.collection);
+    app->add_option("QUERY", find_.query, "Conditions separated by commas, such as Ti>=1,O,year=1960..1990")
+        ->type_name("");
+    app->add_option("--filter", find_.filter, "A filter, such as elements HAS ALL \"Ti\",\"O\"")
+        ->type_name("FILTER");
+    app->add_option("--cell", find_.cell, "A cell, in whatever setting: a,b,c,alpha,beta,gamma")
+        ->type_name("CELL");
+    app->add_option("--centring", find_.centring, "Of that cell: P, A, B, C, I, F, R or H (default: P)")
+        ->type_name("LETTER");
+    app->add_option("--tolerance", find_.tolerance, "How far a cell may be off (default: 1.5)")
+        ->type_name("PERCENT");
+    app->add_option("-c,--columns", find_.columns, "Names separated by commas, as list has them")
+        ->type_name("COLUMNS");
+    add_format(app, find_.format);
+    app->add_option("--sort", find_.sort, "By this column (default: identifier)")->type_name("COLUMN");
+    app->add_option("--after", find_.after, "Only identifiers after this one")->type_name("ID");
+    app->add_option("--limit", find_.limit, "At most so many")->type_name("N");
+    app->add_flag("--count", find_.count, "Print only how many");
+    app->footer(
+        "Names in queries: id, formula, reduced, nelements, natoms, name, author, journal, coden, year,\n"
+        "volume_number, page, a, b, c, alpha, beta, gamma, volume, density, r_factor, temperature, sg,\n"
+        "deposition, refers_to, source.");
+  }
+
+  void add_perceive() {
+    CLI::App* app =
+        add("perceive", "Fill what atoms say: bonds, molecules, diagrams", perceive_, perceive_command,
+            [this] { take_collection("perceive", {&perceive_.collection}, &perceive_.identifiers); });
+    add_collection(app, perceive_.collection);
+    add_identifiers(app, perceive_.identifiers, "Identifiers (default: all entries)");
+    app->add_flag("--dry-run", perceive_.dry_run, "Report, but change nothing");
+    add_format(app, perceive_.format);
+  }
+
+  void add_picture() {
+    CLI::App* app =
+        add("picture", "Draw the diagram, the cell or the molecules of entries", picture_, picture_command,
+            [this] { take_collection("picture", {&picture_.collection}, &picture_.identifiers); });
+    add_collection(app, picture_.collection);
+    add_identifiers(app, picture_.identifiers, "Identifiers; more than one make a sheet");
+    add_output(app, picture_.output, "The picture: its name ends in .svg, .png or .pdf");
+    app->add_flag("--diagram", picture_.diagram,
+                  "The chemical diagram (default; the cell where there is none)");
+    app->add_flag("--cell", picture_.cell, "The unit cell with its atoms");
+    app->add_flag("--molecule", picture_.molecule, "The molecules");
+    app->add_option("--view", picture_.view, "Look along a, b, c or x,y,z")->type_name("VIEW");
+    app->add_flag("--labels", picture_.labels, "With the labels of atoms");
+    app->add_flag("--sheet", picture_.sheet, "A sheet of pictures (default: of all entries)");
+    app->add_option("--columns", picture_.columns, "Of the sheet")->type_name("N");
+    app->add_option("--width", picture_.width, "Of one picture (default: 800)")->type_name("N");
+    app->add_option("--height", picture_.height, "Of one picture (default: 600)")->type_name("N");
+    add_force(app, picture_.force);
+  }
+
+  void add_check() {
+    CLI::App* app =
+        add("check", "Ask of entries what an editor asks before they are accepted", check_, check_command,
+            [this] { take_collection("check", {&check_.collection}, &check_.identifiers); });
+    add_collection(app, check_.collection);
+    add_identifiers(app, check_.identifiers, "Identifiers (default: all entries, and which are the same)");
+    add_format(app, check_.format);
+  }
+
   void add_extract() {
     CLI::App* app = add("extract", "Copy some entries into a new archive", extract_, extract_command, [this] {
       take_collection("extract", {&extract_.collection}, &extract_.identifiers);
@@ -369,6 +441,10 @@ class CommandLine {
   ExtractOptions extract_;
   MergeOptions merge_;
   RemoveOptions remove_;
+  FindOptions find_;
+  PerceiveOptions perceive_;
+  CheckCommandOptions check_;
+  PictureCommandOptions picture_;
   StoreOptions init_;
   StoreOptions reindex_;
   StoreOptions upgrade_;

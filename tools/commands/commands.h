@@ -4,6 +4,7 @@
 // A collection is a stored archive, a SQLite store or a URL; "-" is an archive on standard input.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -126,6 +127,53 @@ struct SetOptions {
 };
 ExitCode set_command(const SetOptions& options, Terminal& terminal);
 
-// What `stats` can be asked, and the columns that `list` knows, for their help.
+struct FindOptions {
+  std::string collection;
+  std::string query;      // the short form; empty: all entries
+  std::string filter;     // the filter language; empty: all entries
+  std::string cell;       // a,b,c,alpha,beta,gamma; empty: any
+  std::string centring;   // of that cell; empty: P
+  double tolerance = -1;  // in percent; negative: the usual one
+  std::string columns;
+  std::string format;
+  std::string sort;    // a column; empty: identifiers
+  std::string after;   // only identifiers after this one
+  long limit = -1;     // negative: none
+  bool count = false;  // only how many
+};
+ExitCode find_command(const FindOptions& options, Terminal& terminal);
+
+struct PerceiveOptions {
+  std::string collection;
+  std::vector<std::string> identifiers;  // none: all entries
+  std::string format;
+  bool dry_run = false;
+};
+ExitCode perceive_command(const PerceiveOptions& options, Terminal& terminal);
+
+struct CheckCommandOptions {
+  std::string collection;
+  std::vector<std::string> identifiers;  // none: all entries, and which are the same
+  std::string format;
+};
+ExitCode check_command(const CheckCommandOptions& options, Terminal& terminal);
+
+struct PictureCommandOptions {
+  std::string collection;
+  std::vector<std::string> identifiers;
+  std::string output;  // its end says whether SVG, PNG or PDF
+  bool diagram = false;
+  bool cell = false;
+  bool molecule = false;
+  std::string view;  // a, b, c or x,y,z
+  bool labels = false;
+  bool sheet = false;
+  std::size_t columns = 0;  // of the sheet; 0: about square
+  int width = 800;
+  int height = 600;
+  bool force = false;
+};
+ExitCode picture_command(const PictureCommandOptions& options, Terminal& terminal);
+
+// What `stats` can be asked, for its help.
 [[nodiscard]] std::vector<std::string> stats_questions();
-[[nodiscard]] std::vector<std::string> list_columns();

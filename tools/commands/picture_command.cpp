@@ -1,0 +1,92 @@
+// picture: the diagram, the cell or the molecules of an entry, or a sheet of many entries.
+#include <fmt/format.h>
+#include <fmt/ostream.h>
+#include <perception/perception_error.h>
+#include <perception/picture.h>
+
+#include <ostream>
+
+#include "tools/commands/commands.h"
+#include "tools/files/atomic_file.h"
+#include "tools/files/collection.h"
+#include "tools/files/outputs.h"
+
+namespace {
+
+FileKind file_kind(PictureFormat format) {
+  switch (format) {
+    case PictureFormat::svg:
+      return FileKind::svg;
+    case PictureFormat::png:
+      return FileKind::png;
+    case PictureFormat::pdf:
+      break;
+  }
+  return FileKind::pdf;
+}
+
+// What the command line asks for. The kind is the diagram, unless another one is asked for.
+PictureOptions picture_options(const PictureCommandOptions& options) {
+  if (static_cast<int>(options.diagram) + static_cast<int>(options.cell) +
+          static_cast<int>(options.molecule) >
+      1)
+    throw ToolError(ExitCode::usage, "picture: --diagram, --cell or --molecule, not two of them");
+  PictureOptions asked;
+  if (options.cell) asked.kind = PictureKind::cell;
+  if (options.molecule) asked.kind = PictureKind::molecule;
+  try {
+    if (options.output != "-") asked.format = picture_format_of(options.output);
+    if (!options.view.empty()) asked.view = picture_view_of(options.view);
+  } catch (const PerceptionError& error) {
+    throw ToolError(ExitCode::usage, fmt::format("picture: {}", error.what()));
+  }
+  asked.labels = options.labels;
+  asked.width = options.width;
+  asked.height = options.height;
+  return asked;
+}
+
+Picture draw(const StoredEntry& entry, PictureOptions asked, bool may_be_cell) {
+  try {
+    return draw_picture(entry, asked);
+  } catch (const PerceptionError&) {
+    if (!may_be_cell) throw;
+  }
+  asked.kind = PictureKind::cell;
+  return draw_picture(entry, asked);
+}
+
+}  // namespace
+
+ExitCode picture_command(const PictureCommandOptions& options, Terminal& terminal) {
+  if (options.output.empty())
+    throw ToolError(ExitCode::usage,
+                    "picture: -o FILE.svg, FILE.png or FILE.pdf says where the picture goes");
+  if (options.identifiers.empty() && !options.sheet)
+    throw ToolError(ExitCode::usage, "picture: which entry? Name an identifier, or --sheet for all entries");
+  const PictureOptions asked = picture_options(options);
+  Outputs outputs(options.force);
+  outputs.read(options.collection);
+  outputs.written("-o", options.output, file_kind(asked.format));
+  outputs.check();
+  std::vector<THandle<CrystalStructureDatabaseEntry>> entries;
+  for_each_entry(options.collection, options.identifiers, [&](const StoredEntry& entry) {
+    entries.push_back(THandle<CrystalStructureDatabaseEntry>(new StoredEntry(entry)));
+  });
+  const bool is_sheet = options.sheet || entries.size() > 1;
+  Picture picture;
+  try {
+    // Without a kind, what has no diagram is drawn as a cell.
+    const bool may_be_cell = !options.diagram && !options.cell && !options.molecule;
+    picture = is_sheet ? draw_sheet(entries, asked, options.columns)
+                       : draw(dynamic_cast<const StoredEntry&>(*entries.front()), asked, may_be_cell);
+  } catch (const PerceptionError& error) {
+    throw ToolError(ExitCode::problems, fmt::format("{}: {}", options.collection, error.what()));
+  }
+  AtomicFile file(options.output);
+  file.write(picture.bytes);
+  file.commit();
+  fmt::print(options.output == "-" ? terminal.messages : terminal.out, "{} {}, {} atoms and {} bonds drawn\n",
+             entries.size(), entries.size() == 1 ? "entry" : "entries", picture.atoms, picture.bonds);
+  return ExitCode::done;
+}
