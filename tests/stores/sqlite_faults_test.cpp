@@ -419,6 +419,24 @@ TEST(UpgradeEntryStore, LeavesThePresentVersionAsItIs) {
   EXPECT_EQ(contents_of_store(place), before);
 }
 
+// Made when the schema was new, from the linked entry and one without an origin. It is never made again.
+TEST(KeptStore, OfSchemaVersionOneOpensForEver) {
+  const StoreFolder folder;
+  const std::string place = folder.file("kept.db");
+  fs::copy_file(STORE_TEST_DATA "/store_version_1.db", place);
+  const auto store = open_entry_store(place);
+  const DatabaseEntryIdentifier plain(std::string("\xFF'a", 3));
+  EXPECT_THAT(store->select({}), testing::ElementsAre(named("LINKED"), plain));
+  EXPECT_EQ(archived(*store->entry(named("LINKED"))), archived(linked_entry()));
+  EXPECT_EQ((*store->entry(named("LINKED"))->published_geometry()->bonds)[0]->length,
+            UncertainValue(1.156, 0.004));
+  EXPECT_EQ(store->origin(named("LINKED")),
+            (EntryOrigin{"linked.cif", "one", std::string(64, '0'), 1700000000}));
+  EXPECT_TRUE(store->has_imported("linked.cif", std::string(64, '0')));
+  EXPECT_EQ(store->put(sample_entry(), {}, OnDuplicate::refuse), StoreResult::added);
+  EXPECT_TRUE(store->reindex().problems.empty());
+}
+
 // Runs `work` as a user who may only read; root, who may everything, becomes nobody for that.
 bool works_for_readers(const std::function<void()>& work) {
   return ended_well(started([&] {
