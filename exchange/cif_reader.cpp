@@ -242,7 +242,7 @@ class CifReader::Impl {
                   THandle<ConnectivityInfo>(new ConnectivityInfo), THandle<CrystalDiagramMatch>(),
                   THandle<ConnectivityDiagramMatch>(), THandle<CrystalConnectivityMatch>(),
                   THandle<CrossReferenceInfo>(new CrossReferenceInfo), deposition_info,
-                  THandle<DisorderSelectors>(), published_geometry_of(source, atoms)));
+                  disorder_selectors_of(source, atoms), published_geometry_of(source, atoms)));
     if (options_.list_not_kept) list_not_kept(block, shared, result);
     return result;
   }

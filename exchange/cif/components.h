@@ -4,6 +4,7 @@
 
 #include <chemistry/atom.h>
 #include <chemistry/cell.h>
+#include <database_entry/entries/crystal_structure_database_entry.h>
 #include <database_entry/records/chemical_info.h>
 #include <database_entry/records/crystal_info.h>
 #include <database_entry/records/editors_info.h>
@@ -67,5 +68,9 @@ using Operators = std::vector<CrystalSymmetryOperator>;
 // setting.
 [[nodiscard]] Operators operators_of(const CifSource& source, const Cell& cell);
 [[nodiscard]] std::vector<THandle<Atom>> atoms_of(const CifSource& source, const std::string& formula);
+// The alternatives of the crystal's disorder, each with its atoms, in the order of the file; null where all
+// is ordered.
+[[nodiscard]] THandle<DisorderSelectors> disorder_selectors_of(const CifSource& source,
+                                                               const std::vector<THandle<Atom>>& atoms);
 [[nodiscard]] THandle<PublishedGeometry> published_geometry_of(const CifSource& source,
                                                                const std::vector<THandle<Atom>>& atoms);

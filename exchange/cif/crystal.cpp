@@ -116,6 +116,34 @@ std::vector<THandle<Atom>> atoms_of(const CifSource& source, const std::string& 
   return atoms;
 }
 
+THandle<DisorderSelectors> disorder_selectors_of(const CifSource& source,
+                                                 const std::vector<THandle<Atom>>& atoms) {
+  const CifValues& values = source.values();
+  const CifColumn group_column = values.column(tag("_atom_site_disorder_group"));
+  const auto beside = [&](CifTag tag) { return Column(values, values.column_beside(group_column, tag)); };
+  const Column groups(values, group_column);
+  const Column assemblies = beside(tag("_atom_site_disorder_assembly"));
+  const std::array places = {beside(tag("_atom_site_fract_x")), beside(tag("_atom_site_fract_y")),
+                             beside(tag("_atom_site_fract_z"))};
+  const THandle<DisorderSelectors> selectors(new DisorderSelectors);
+  std::map<std::pair<std::string, std::string>, THandle<DisorderSelector>> known;
+  std::size_t next = 0;
+  for (std::size_t row = 0; row < group_column.count && next < atoms.size(); ++row) {
+    // Rows without a place gave no atom.
+    if (!places[0].number(row) || !places[1].number(row) || !places[2].number(row)) continue;
+    const THandle<Atom>& atom = atoms[next++];
+    const std::string group = groups.text(row);
+    if (group.empty()) continue;
+    THandle<DisorderSelector>& selector = known[{assemblies.text(row), group}];
+    if (selector.is_null()) {
+      selector = THandle<DisorderSelector>(new DisorderSelector{assemblies.text(row), group, {}});
+      selectors->push_back(selector);
+    }
+    selector->atoms.push_back(atom);
+  }
+  return selectors->empty() ? THandle<DisorderSelectors>() : selectors;
+}
+
 THandle<PublishedGeometry> published_geometry_of(const CifSource& source,
                                                  const std::vector<THandle<Atom>>& atoms) {
   const CifValues& values = source.values();

@@ -142,6 +142,8 @@ inline constexpr CifTagRow cif_tag_rows[] = {
     {"_atom_site_fract_y", "crystal_maker.y"},
     {"_atom_site_fract_z", "crystal_maker.z"},
     {"_atom_site_occupancy", "crystal_maker.occupancy"},
+    {"_atom_site_disorder_assembly", "disorder_selector.assembly"},
+    {"_atom_site_disorder_group", "disorder_selector.group"},
     {"_geom_bond_atom_site_label_1", "published_geometry.first"},
     {"_geom_bond_atom_site_label_2", "published_geometry.second"},
     {"_geom_bond_distance", "published_geometry.length"},
