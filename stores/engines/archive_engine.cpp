@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <map>
 #include <system_error>
+#include <unordered_map>
 
 namespace {
 
@@ -229,9 +230,17 @@ class ArchiveEngine : public ScanningEngine {
     return whole;
   }
 
+  // Making them takes much longer than reading an entry, so those of the first entries that are asked for are
+  // kept.
   [[nodiscard]] EntryColumns columns_of(const std::string& identifier, const Place& place) {
+    constexpr std::size_t most_kept = 20'000;
+    const auto known = kept_columns_.find(place.number);
+    if (known != kept_columns_.end()) return known->second;
     try {
-      return entry_columns(*decode(whole(head(identifier, place), place).bytes, streams()), {});
+      const auto entry = decode(whole(head(identifier, place), place).bytes, streams());
+      EntryColumns columns = entry_columns(*entry, {});
+      if (kept_columns_.size() < most_kept) kept_columns_.emplace(place.number, columns);
+      return columns;
     } catch (const ComponentFault& fault) {
       throw DamagedStore({path_, identifier, component_label(fault.kind())}, fault.what());
     }
@@ -257,6 +266,7 @@ class ArchiveEngine : public ScanningEngine {
   std::unique_ptr<FILE, CloseFile> file_;
   Places places_;
   std::vector<const Places::value_type*> in_file_order_;
+  std::unordered_map<std::int64_t, EntryColumns> kept_columns_;
   std::vector<std::string> repeated_;
   std::string damage_;
 };

@@ -219,10 +219,12 @@ void PostgresqlConnection::send(PostgresqlStatement& statement) {
   const auto sent = [this](int result) {
     if (result == 0) fail(nullptr);
   };
+  const std::string sql = with_dollars(statement.sql_);
   auto known = prepared_.find(key);
-  if (known == prepared_.end()) {
+  // Queries are as many as their askers think of; our own statements are few.
+  constexpr std::size_t most_kept = 100;
+  if (known == prepared_.end() && prepared_.size() < most_kept) {
     const std::string name = "s" + std::to_string(++statement_count_);
-    const std::string sql = with_dollars(statement.sql_);
     if (is_pipeline_) {
       sent(PQsendPrepare(connection_, name.c_str(), sql.c_str(), count, types.data()));
       ++sent_;
@@ -232,8 +234,13 @@ void PostgresqlConnection::send(PostgresqlStatement& statement) {
     }
     known = prepared_.emplace(key, name).first;
   }
-  sent(PQsendQueryPrepared(connection_, known->second.c_str(), count, values.data(), lengths.data(),
+  if (known == prepared_.end()) {
+    sent(PQsendQueryParams(connection_, sql.c_str(), count, types.data(), values.data(), lengths.data(),
                            binary.data(), 1));
+  } else {
+    sent(PQsendQueryPrepared(connection_, known->second.c_str(), count, values.data(), lengths.data(),
+                             binary.data(), 1));
+  }
   if (!is_pipeline_) return;
   // Answers that nobody takes would fill the line.
   constexpr int most_sent = 500;

@@ -16,9 +16,12 @@ namespace {
 template <class Place>
 class StoredQueries : public testing::Test {
  protected:
+  void SetUp() override {
+    if (!place_.is_there()) GTEST_SKIP() << "the server is not installed";
+  }
   Place place_;
 };
-using Places = testing::Types<MemoryPlace, SqlitePlace, ArchivePlace>;
+using Places = testing::Types<MemoryPlace, SqlitePlace, ArchivePlace, PostgresqlPlace>;
 TYPED_TEST_SUITE(StoredQueries, Places);
 
 std::vector<std::string> texts(const std::vector<DatabaseEntryIdentifier>& identifiers) {
