@@ -166,6 +166,11 @@ DrawnMolecule draw_diagram(const MoleculeShape& molecule, const MoleculeTypes& t
     drawn.diagram.bonds.emplace_back(new DiagramBond{
         drawn.diagram.atoms[position[first]], drawn.diagram.atoms[position[second]], types.bonds[bond]});
   }
+  // What is bonded in all directions, like a cluster of metal atoms, has no drawing, and would be looked for
+  // without end.
+  if (bonds.size() > 2 * drawn.atoms.size() + 8)
+    throw PerceptionError("A molecule of " + std::to_string(drawn.atoms.size()) + " atoms and " +
+                          std::to_string(bonds.size()) + " bonds is too dense to be drawn");
   double right = 0.0;
   try {
     for (const std::vector<std::size_t>& part : connected_parts(drawn.atoms.size(), bonds))
