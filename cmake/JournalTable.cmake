@@ -1,16 +1,9 @@
 # How a journal list becomes the constant table of a target.
 
-# The program that checks a list and writes the source of its table.
-function(journal_table_generator)
-  add_executable(database_entry_journal_table_generator journal_table_generator.cpp journal_list_format.cpp)
-  target_compile_features(database_entry_journal_table_generator PRIVATE cxx_std_20)
-  target_include_directories(database_entry_journal_table_generator PRIVATE ${PROJECT_SOURCE_DIR})
-  room_warnings(database_entry_journal_table_generator)
-endfunction()
-
 # journal_table(TARGET LIST FILE)
 # Adds the table made from FILE to TARGET. A list that is not of the layout stops the build with file, line
-# and column; one that is missing stops the configuration, unless the build itself makes it.
+# and column; one that is missing stops the configuration, unless the build itself makes it. No program of the
+# project is run for it: JournalList.cmake is a script.
 function(journal_table target)
   cmake_parse_arguments(PARSE_ARGV 1 TABLE "" "LIST" "")
   get_source_file_property(is_made ${TABLE_LIST} GENERATED)
@@ -19,9 +12,10 @@ function(journal_table target)
       "Set DATABASE_ENTRY_JOURNAL_LIST to a list, or leave it unset for the one in data/.")
   endif()
   set(source ${CMAKE_CURRENT_BINARY_DIR}/${target}_journal_table_lines.cpp)
+  set(script ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/JournalList.cmake)
   add_custom_command(OUTPUT ${source}
-    COMMAND database_entry_journal_table_generator ${TABLE_LIST} ${source}
-    DEPENDS database_entry_journal_table_generator ${TABLE_LIST}
+    COMMAND ${CMAKE_COMMAND} -DLIST=${TABLE_LIST} -DSOURCE=${source} -P ${script}
+    DEPENDS ${script} ${TABLE_LIST}
     COMMENT "Journal table of ${target}"
     VERBATIM)
   # The target may belong to another folder, which sees the source but not the command that makes it.

@@ -4,6 +4,7 @@
 
 #include <ostream>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -29,6 +30,13 @@ Journal::Journal(int coden) : coden_(coden) {
   const ListLine listed(coden);
   international_coden_ = listed.is_known() ? journal_table::international_coden(listed.line) : unknown_text;
   name_ = listed.is_known() ? listed.title : unknown_text;
+}
+
+Journal::Journal(int coden, std::string international_coden, std::string name)
+    : coden_(coden), international_coden_(std::move(international_coden)), name_(std::move(name)) {}
+
+Journal Journal::from(std::string name, int coden, std::string international_coden) {
+  return {coden, std::move(international_coden), std::move(name)};
 }
 
 int Journal::max_vorn_coden() {

@@ -3,9 +3,10 @@
 //   Journal journal(4);
 //   journal.name();             // "J.Am.Chem.Soc."
 //   journal.state();            // Journal::current
+//   const Journal other = Journal::from("Struct.Lett.", 0, "STRLE9");    // one that the list does not have
 //
 // Journals are numbered from 1: the coden number is the line of the journal list that is built in. A number
-// behind the list, or of a line without a title, is a journal whose two texts are "Unknown".
+// after the list, or of a line without a title, is a journal whose two texts are "Unknown".
 // No equality: a Publication compares the international CODEN of its journal and nothing else.
 // Threads: the list is constant data; a journal is a plain value.
 #pragma once
@@ -27,12 +28,16 @@ class DATABASE_ENTRY_EXPORT Journal {
   // Throws std::runtime_error, "Journal::Journal: Invalid VORN coden.", below 1.
   explicit Journal(int coden);
 
+  // A journal with this name, number and CODEN, whatever the list says of them; so a publication can name a
+  // journal that the list does not have. Nothing is checked: state() of a number below 1 throws.
+  [[nodiscard]] static Journal from(std::string name, int coden, std::string international_coden);
+
   // The number of lines of the list, 1418.
   [[nodiscard]] static int max_vorn_coden();
 
   // A State. Throws std::runtime_error, "Journal::discontinued: Invalid VORN coden.", below 1.
   [[nodiscard]] static int state(int coden);
-  // The same for this journal's number, which may be any when the journal was read.
+  // The same for this journal's number, which may be any when the journal was read or made by from().
   [[nodiscard]] int state() const { return state(coden_); }
 
   [[nodiscard]] int coden() const { return coden_; }
@@ -58,6 +63,8 @@ class DATABASE_ENTRY_EXPORT Journal {
   static constexpr bool archived_by_fields = true;
 
  private:
+  Journal(int coden, std::string international_coden, std::string name);
+
   int coden_;
   std::string international_coden_;
   std::string name_;

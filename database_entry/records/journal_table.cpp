@@ -29,16 +29,15 @@ std::string_view cut(std::string_view line, std::size_t first, std::size_t width
 }  // namespace
 
 std::string_view international_coden(std::string_view line) {
-  return cut(line, journal_columns::international_coden.first, journal_columns::international_coden.width);
+  return cut(line, 5, 6);
 }
 
 std::string_view title(std::string_view line) {
-  return cut(line, journal_columns::title);
+  return cut(line, 33);
 }
 
 int status_flag(std::string_view line) {
-  const std::string_view digits =
-      cut(line, journal_columns::status_flag.first, journal_columns::status_flag.width);
+  const std::string_view digits = cut(line, 29, 4);
   int flag = 0;
   std::from_chars(digits.data(), digits.data() + digits.size(), flag);
   return flag;

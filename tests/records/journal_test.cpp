@@ -93,6 +93,24 @@ TEST(Journal, IsReadWithoutALookAtTheList) {
   EXPECT_EQ(journal.state(), Journal::current);
 }
 
+TEST(Journal, IsMadeOfATitleThatTheListDoesNotHave) {
+  const Journal journal = Journal::from("Struct.Lett.", 1500, "STRLE9");
+  EXPECT_EQ(journal.name(), "Struct.Lett.");
+  EXPECT_EQ(journal.coden(), 1500);
+  EXPECT_EQ(journal.international_coden(), "STRLE9");
+  EXPECT_EQ(journal.state(), Journal::unknown);
+  EXPECT_EQ(written([&](Archive& archive) { journal.write(archive); }),
+            bytes(text("Struct.Lett."), int32(1500), text("STRLE9")));
+}
+
+TEST(Journal, IsMadeOfWhatItIsGivenUnchecked) {
+  const Journal journal = Journal::from("", 0, "Unknown");
+  EXPECT_EQ(journal.coden(), 0);
+  EXPECT_EQ(journal.name(), "");
+  EXPECT_EQ(message_of<std::runtime_error>([&] { static_cast<void>(journal.state()); }),
+            "Journal::discontinued: Invalid VORN coden.");
+}
+
 TEST(Journal, ThatWasReadWithANumberBelowOneHasNoState) {
   Journal journal(1);
   read_from(bytes(text(""), int32(INT_MIN), text("")), [&](Archive& archive) { journal.read(archive); });
