@@ -53,6 +53,7 @@ class CommandLine {
     add_perceive();
     add_check();
     add_picture();
+    add_set();
     add_stores();
     add_help();
   }
@@ -261,6 +262,22 @@ class CommandLine {
     add_format(app, perceive_.format);
   }
 
+  void add_set() {
+    CLI::App* app =
+        add("set", "Change fields of an entry, and print the old values", set_, set_command, [this] {
+          take_collection("set", {&set_.collection, &set_.identifier}, &set_.assignments);
+        });
+    add_collection(app, set_.collection);
+    app->add_option("ID", set_.identifier, "An identifier")->type_name("");
+    app->add_option(
+           "FIELD=VALUE", set_.assignments,
+           "A field by its name in JSON, such as publication.year, or year where only one component "
+           "has it; parts of a list are separated by semicolons; an empty value is what is not known")
+        ->type_name("");
+    app->add_flag("--dry-run", set_.dry_run, "Print what would change, but change nothing");
+    add_format(app, set_.format);
+  }
+
   void add_picture() {
     CLI::App* app =
         add("picture", "Draw the diagram, the cell or the molecules of entries", picture_, picture_command,
@@ -444,6 +461,7 @@ class CommandLine {
   FindOptions find_;
   PerceiveOptions perceive_;
   CheckCommandOptions check_;
+  SetOptions set_;
   PictureCommandOptions picture_;
   StoreOptions init_;
   StoreOptions reindex_;

@@ -123,6 +123,7 @@ struct SetOptions {
   std::string collection;
   std::string identifier;
   std::vector<std::string> assignments;  // FIELD=VALUE
+  std::string format;
   bool dry_run = false;
 };
 ExitCode set_command(const SetOptions& options, Terminal& terminal);

@@ -113,6 +113,79 @@ TEST(Remove, ChangesNothingWhenAnEntryIsMissing) {
   EXPECT_EQ(folder.file_count(), 1U);
 }
 
+// ---- Set
+
+struct SetCase {
+  std::vector<std::string> assignments;
+  const char* out;
+};
+
+class Set : public testing::TestWithParam<SetCase> {};
+
+TEST_P(Set, PrintsTheOldValueAndChangesTheEntry) {
+  const TemporaryFolder folder;
+  const std::string all = folder.with("all.dbe", named("ABCDEF00") + one);
+  std::vector<std::string> arguments = {"set", all, "ABCDEF01"};
+  arguments.insert(arguments.end(), GetParam().assignments.begin(), GetParam().assignments.end());
+  const Outcome result = run(arguments);
+  EXPECT_EQ(result.code, 0) << result.messages;
+  EXPECT_EQ(result.out, GetParam().out);
+  EXPECT_THAT(contents_of_file(all), StartsWith(named("ABCDEF00")));
+  const std::string differences = run({"diff", archive, all}).out;
+  const std::string field = result.out.substr(0, result.out.find('\t'));
+  EXPECT_THAT(differences, HasSubstr("ABCDEF01\tdiffers\t" + field + "\t"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, Set,
+    testing::Values(
+        SetCase{{"year=1980"}, "publication.year\t1979\t1980\n"},
+        SetCase{{"publication.authors=Smith, A.; Jones, B."},
+                "publication.authors\tA.Author, B.Author\tSmith, A., Jones, B.\n"},
+        SetCase{{"temperature=123.5", "experimental_info.probe=neutron"},
+                "experimental_info.probe\tunknown\tneutron\n"
+                "experimental_info.temperature\t0.0\t123.5\n"},
+        SetCase{{"absolute_configuration=yes"}, "experimental_info.absolute_configuration\tfalse\ttrue\n"},
+        SetCase{{"accession_date=2003-05-17"}, "editors_info.accession_date\t0000-00-00\t2003-05-17\n"},
+        SetCase{{"formula="}, "chemical_info.formula\tC6 H12 O6\t\n"}));
+
+struct SetFault {
+  const char* assignment;
+  const char* message;
+};
+
+class UnsettableField : public testing::TestWithParam<SetFault> {};
+
+TEST_P(UnsettableField, IsNamedAndNothingIsChanged) {
+  const TemporaryFolder folder;
+  const std::string all = folder.with("all.dbe", one);
+  const Outcome result = run({"set", all, "ABCDEF01", "color=red", GetParam().assignment});
+  EXPECT_EQ(result.code, 2);
+  EXPECT_EQ(result.messages, std::string("dbentry: set: ") + GetParam().message + "\n");
+  EXPECT_EQ(contents_of_file(all), one);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, UnsettableField,
+    testing::Values(SetFault{"yaer=1980", "unknown field 'yaer'; did you mean 'year'?"},
+                    SetFault{"year", "'year' is not FIELD=VALUE"},
+                    SetFault{"year=soon", "publication.year=soon: an integer is wanted"},
+                    SetFault{"z=nan", "crystal_info.z=nan: a finite number is wanted"},
+                    SetFault{"accession_date=2003-02-30",
+                             "editors_info.accession_date=2003-02-30: a day of the calendar is wanted"},
+                    SetFault{"probe=neutrn",
+                             "experimental_info.probe: unknown value 'neutrn'; did you mean 'neutron'?"}));
+
+TEST(Set, ChangesAStoreAsWell) {
+  const TemporaryFolder folder;
+  const std::string store = folder.file("known.db");
+  ASSERT_EQ(run({"init", store}).code, 0);
+  ASSERT_EQ(run({"merge", archive, "--into", store}).code, 0);
+  EXPECT_EQ(run({"set", store, "ABCDEF01", "year=1980", "--dry-run"}).out, "publication.year\t1979\t1980\n");
+  EXPECT_EQ(run({"set", store, "ABCDEF01", "year=1980"}).out, "publication.year\t1979\t1980\n");
+  EXPECT_EQ(run({"find", store, "year=1980", "-c", "identifier"}).out, "ABCDEF01\n");
+}
+
 // ---- References
 
 // A refers to ABCDEF, GHIJKL02 and X1234567; so that references can be followed, one of them is there.
