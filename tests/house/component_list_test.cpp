@@ -107,7 +107,9 @@ TEST(ComponentList, IsSpelledByNobodyElse) {
       const std::string path = fs::relative(entry.path(), root);
       const std::string extension = entry.path().extension();
       if ((extension != ".h" && extension != ".cpp") || spelled_out.contains(path)) continue;
-      EXPECT_LT(components_named_in(text_of(entry.path()), names), 10U)
+      // A test of whole entries looks at many components, one after the other.
+      const std::size_t a_list = path.starts_with("tests/") ? 13 : 10;
+      EXPECT_LT(components_named_in(text_of(entry.path()), names), a_list)
           << path << " lists the components; walk the table of database_entry/entries/components.h instead";
     }
   }
