@@ -63,10 +63,18 @@ void show_all() {
   show_record("atom", *entry.crystal_maker()->atoms().at(0));
   show_record("journal", Journal(4));
   show_record("publication", *entry.publication());
-  show_record("experimental", *entry.experimental_info());
+  show_record("experimental",
+              ExperimentalInfo(295.0, "295 K", "101 kPa", 1.25, 1.26, 0.045,
+                               Range<double, DoubleComparator>(0.001, RangeLimit::inclusive, 0.005,
+                                                               RangeLimit::exclusive, DoubleComparator()),
+                               ExperimentalInfo::neutron, "reactor", true, "Laue",
+                               ExperimentalInfo::single_crystal_study, "H atoms free",
+                               ExperimentalInfo::diffractometer));
   show_record("range", Range<double, DoubleComparator>(0.001, RangeLimit::inclusive, 0.005,
                                                        RangeLimit::exclusive, DoubleComparator()));
-  show_record("editors", EditorsInfo());
+  show_record("editors", EditorsInfo(Date(2003, 5, 17), Date(2011, 12, 31), EditorsInfo::full_structure, 0.4,
+                                     "ABCDEF", EditorsInfo::partial_match, "as drawn", 9, "checked", "none",
+                                     EditorsInfo::referred_problem, EditorsInfo::all_errors_ignored));
   ChemicalInfo chemical = *entry.chemical_info();
   chemical.classifiers = {ChemicalClassification(ChemicalClassification::alkaloid)};
   show_record("chemical", chemical);
