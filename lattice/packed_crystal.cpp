@@ -1,12 +1,11 @@
 #include <lattice/lattice_error.h>
 #include <lattice/number_text.h>
-#include <lattice/operator_parts.h>
 #include <lattice/packed_crystal.h>
 
 #include <algorithm>
 #include <cmath>
 #include <string>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -22,12 +21,18 @@ void check_position(const Atom& atom, std::size_t site) {
   }
 }
 
-std::vector<CrystalSymmetryOperator> checked_operators(const Cell& cell) {
-  if (cell.symmetry_operators().is_null() || cell.symmetry_operators()->empty())
-    return {CrystalSymmetryOperator()};
-  for (const CrystalSymmetryOperator& op : *cell.symmetry_operators())
-    if (!parts_of(op)) throw LatticeError("A symmetry operator is not finite: " + op.xyz());
-  return *cell.symmetry_operators();
+// Those of the cell; where none are known, the identity.
+const std::vector<CrystalSymmetryOperator>& operators_of(
+    const THandle<std::vector<CrystalSymmetryOperator>>& list) {
+  static const std::vector<CrystalSymmetryOperator> identity(1);
+  return list.is_null() || list->empty() ? identity : *list;
+}
+
+void check_image(const FractionalCoordinates& image, const CrystalSymmetryOperator& op) {
+  // Twice a position, or a rotation of no crystal, still is a place; more is none.
+  for (const double coordinate : {image.x, image.y, image.z})
+    if (!(std::abs(coordinate) <= 100 * farthest))
+      throw LatticeError("A symmetry operator is not finite: " + op.xyz());
 }
 
 // Into the cell; what is below 0 by less than rounding is 0.
@@ -43,45 +48,70 @@ double nearest(double difference) {
   return difference - std::round(difference);
 }
 
-// Atoms by place, so that those at one place are found without looking at all of them: a grid over the cell,
-// coarser than the distance that is merged and no finer than a thousandth of the axes.
+// Atoms by place, so that those at one place are found without looking at all of them: a grid over the cell
+// with about as many boxes as atoms, each wider than what is merged.
 class Places {
  public:
-  Places(const CellGeometry& geometry, double within) {
-    for (std::size_t axis = 0; axis < 3; ++axis)
-      count_[axis] =
-          static_cast<int>(std::clamp(geometry.spacing(axis) / (2.0 * within + 1e-6), 1.0, 1000.0));
+  Places(const CellGeometry& geometry, double within, std::size_t atoms) {
+    const double most = std::clamp(std::cbrt(static_cast<double>(atoms)), 1.0, 100.0);
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      const double spacing = geometry.spacing(axis);
+      count_[axis] = std::max(1, static_cast<int>(std::min(most, spacing / (2.0 * within + 1e-6))));
+      margin_[axis] = within / spacing * count_[axis];
+    }
+    first_.assign(static_cast<std::size_t>(count_[0]) * static_cast<std::size_t>(count_[1]) *
+                      static_cast<std::size_t>(count_[2]),
+                  none);
   }
 
-  void add(const FractionalCoordinates& position, std::size_t atom) {
-    boxes_[index(home(position))].push_back(atom);
+  // Atoms are added in order, from 0 on.
+  void add(const FractionalCoordinates& position) {
+    std::size_t& first = first_[index({home(position.x, 0), home(position.y, 1), home(position.z, 2)})];
+    next_.push_back(std::exchange(first, next_.size()));
   }
 
   // Calls is_there(atom) for the atoms around until one is.
   template <class IsThere>
   [[nodiscard]] bool any_near(const FractionalCoordinates& position, IsThere is_there) const {
-    const std::array<int, 3> box = home(position);
-    for (int i = -1; i <= 1; ++i)
-      for (int j = -1; j <= 1; ++j)
-        for (int k = -1; k <= 1; ++k)
-          if (const auto found = boxes_.find(index({box[0] + i, box[1] + j, box[2] + k}));
-              found != boxes_.end())
-            if (std::any_of(found->second.begin(), found->second.end(), is_there)) return true;
+    const Range x = boxes_around(position.x, 0);
+    const Range y = boxes_around(position.y, 1);
+    const Range z = boxes_around(position.z, 2);
+    for (int i = x.first; i <= x.last; ++i)
+      for (int j = y.first; j <= y.last; ++j)
+        for (int k = z.first; k <= z.last; ++k)
+          for (std::size_t atom = first_[index({i, j, k})]; atom != none; atom = next_[atom])
+            if (is_there(atom)) return true;
     return false;
   }
 
  private:
-  [[nodiscard]] std::array<int, 3> home(const FractionalCoordinates& position) const {
-    return {static_cast<int>(position.x * count_[0]), static_cast<int>(position.y * count_[1]),
-            static_cast<int>(position.z * count_[2])};
+  static constexpr std::size_t none = static_cast<std::size_t>(-1);
+  struct Range {
+    int first;
+    int last;
+  };
+
+  [[nodiscard]] int home(double coordinate, std::size_t axis) const {
+    return std::min(static_cast<int>(coordinate * count_[axis]), count_[axis] - 1);
   }
-  [[nodiscard]] long long index(std::array<int, 3> box) const {
-    for (std::size_t axis = 0; axis < 3; ++axis) box[axis] = (box[axis] + count_[axis]) % count_[axis];
-    return (static_cast<long long>(box[0]) * count_[1] + box[1]) * count_[2] + box[2];
+  // The next box only where the place is near to it.
+  [[nodiscard]] Range boxes_around(double coordinate, std::size_t axis) const {
+    const double scaled = coordinate * count_[axis];
+    return {static_cast<int>(std::floor(scaled - margin_[axis])),
+            static_cast<int>(std::floor(scaled + margin_[axis]))};
+  }
+  [[nodiscard]] std::size_t index(std::array<int, 3> box) const {
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      if (box[axis] < 0) box[axis] += count_[axis];
+      if (box[axis] >= count_[axis]) box[axis] -= count_[axis];
+    }
+    return static_cast<std::size_t>((box[0] * count_[1] + box[1]) * count_[2] + box[2]);
   }
 
   std::array<int, 3> count_{};
-  std::unordered_map<long long, std::vector<std::size_t>> boxes_;
+  std::array<double, 3> margin_{};
+  std::vector<std::size_t> first_;  // of each box, then the chain of next_
+  std::vector<std::size_t> next_;
 };
 
 // Whether two sites are one atom that is listed twice, when they share a place.
@@ -106,15 +136,17 @@ PackedCrystal::PackedCrystal(const CrystalMaker& crystal, const PackingOptions& 
   if (!(options.merge_within >= 0.0 && options.merge_within <= 1.0))
     throw LatticeError("Atoms are merged within 0 to 1 Å, not " + number_text(options.merge_within));
   const double cells = range_length(options);
-  const std::vector<CrystalSymmetryOperator> operators = checked_operators(*crystal.cell());
+  const auto list = crystal.cell()->symmetry_operators();
+  const std::vector<CrystalSymmetryOperator>& operators = operators_of(list);
   std::vector<PackedAtom> cell_atoms;
-  Places places(geometry_, options.merge_within);
+  Places places(geometry_, options.merge_within, operators.size() * crystal.atoms().size());
   for (std::size_t site = 0; site < crystal.atoms().size(); ++site) {
     const Atom& atom = *crystal.atoms()[site];
     check_position(atom, site);
     const std::size_t first = cell_atoms.size();
     for (std::size_t op = 0; op < operators.size(); ++op) {
       PackedAtom image = {site, op, {}, operators[op].apply(atom.position)};
+      check_image(image.position, operators[op]);
       image.translation = {move_into_cell(image.position.x), move_into_cell(image.position.y),
                            move_into_cell(image.position.z)};
       const bool is_there = places.any_near(image.position, [&](std::size_t other) {
@@ -125,7 +157,7 @@ PackedCrystal::PackedCrystal(const CrystalMaker& crystal, const PackingOptions& 
                 say_the_same(atom, *crystal.atoms()[cell_atoms[other].site]));
       });
       if (is_there) continue;
-      places.add(image.position, cell_atoms.size());
+      places.add(image.position);
       cell_atoms.push_back(image);
     }
     multiplicities_.push_back(cell_atoms.size() - first);

@@ -44,29 +44,42 @@ class Boxes {
     for (std::size_t atom = 0; atom < sorted_.size(); ++atom) sorted_[next[box_of_[atom]]++] = atom;
   }
 
-  // Calls visit(other, translation) for every atom in the boxes around one.
-  template <class Visit>
-  void around(std::size_t atom, Visit visit) const {
+  // Calls enter(translation) for each box around an atom that holds any, then visit(other) for those from
+  // `least` on.
+  template <class Enter, class Visit>
+  void around(std::size_t atom, std::size_t least, Enter enter, Visit visit) const {
     const FractionalCoordinates& position = packed_.atoms()[atom].position;
     const Steps home = {place(position.x, 0), place(position.y, 1), place(position.z, 2)};
-    for (int i = -range_[0]; i <= range_[0]; ++i) {
-      for (int j = -range_[1]; j <= range_[1]; ++j) {
-        for (int k = -range_[2]; k <= range_[2]; ++k) {
-          Steps box = {home[0] + i, home[1] + j, home[2] + k};
-          Steps translation{};
-          for (std::size_t axis = 0; axis < 3; ++axis) {
-            translation[axis] = static_cast<int>(std::floor(static_cast<double>(box[axis]) / count_[axis]));
-            box[axis] -= translation[axis] * count_[axis];
-          }
-          const std::size_t at = index(box);
-          for (std::size_t next = first_[at]; next < first_[at + 1]; ++next)
-            visit(sorted_[next], translation);
+    for (int i = home[0] - range_[0]; i <= home[0] + range_[0]; ++i) {
+      const Wrapped x = wrapped(i, 0);
+      for (int j = home[1] - range_[1]; j <= home[1] + range_[1]; ++j) {
+        const Wrapped y = wrapped(j, 1);
+        for (int k = home[2] - range_[2]; k <= home[2] + range_[2]; ++k) {
+          const Wrapped z = wrapped(k, 2);
+          const std::size_t at = index({x.box, y.box, z.box});
+          const std::size_t end = first_[at + 1];
+          // The atoms of a box are in order.
+          if (end == first_[at] || sorted_[end - 1] < least) continue;
+          enter(Steps{x.cell, y.cell, z.cell});
+          for (std::size_t next = first_[at]; next < end; ++next)
+            if (sorted_[next] >= least) visit(sorted_[next]);
         }
       }
     }
   }
 
  private:
+  struct Wrapped {
+    int box;
+    int cell;
+  };
+  // The box of the cell that a box beyond it is an image of.
+  [[nodiscard]] Wrapped wrapped(int box, std::size_t axis) const {
+    const int count = count_[axis];
+    if (box >= 0 && box < count) return {box, 0};
+    const int cell = box >= 0 ? box / count : -((count - 1 - box) / count);
+    return {box - cell * count, cell};
+  }
   [[nodiscard]] int place(double coordinate, std::size_t axis) const {
     return std::clamp(static_cast<int>(coordinate * count_[axis]), 0, count_[axis] - 1);
   }
@@ -211,22 +224,22 @@ std::vector<CrystalBond> neighbours(const PackedCrystal& packed, const std::vect
   for (std::size_t first = 0; first < atoms.size(); ++first) {
     if (reaches[first] <= 0.0) continue;
     const std::size_t begin = pairs.size();
-    Steps last_translation{};
-    CartesianCoordinates moved{};
-    boxes.around(first, [&](std::size_t second, const Steps& translation) {
-      if (second < first || reaches[second] <= 0.0) return;
-      if (second == first && translation <= Steps{}) return;
-      if (translation != last_translation) {
-        moved = packed.geometry().cartesian(
-            {double(translation[0]), double(translation[1]), double(translation[2])});
-        last_translation = translation;
-      }
-      const double x = places[second].x + moved.x - places[first].x;
-      const double y = places[second].y + moved.y - places[first].y;
-      const double z = places[second].z + moved.z - places[first].z;
-      const double reach = reaches[first] + reaches[second];
+    Steps translation{};
+    CartesianCoordinates origin{};  // of the cell in which the other atom is, seen from the first atom
+    const auto enter = [&](const Steps& cell) {
+      translation = cell;
+      origin = packed.geometry().cartesian({double(cell[0]), double(cell[1]), double(cell[2])});
+      origin = {origin.x - places[first].x, origin.y - places[first].y, origin.z - places[first].z};
+    };
+    boxes.around(first, first, enter, [&](std::size_t second) {
+      const double x = places[second].x + origin.x;
+      const double y = places[second].y + origin.y;
+      const double z = places[second].z + origin.z;
       const double squared = x * x + y * y + z * z;
-      if (squared < reach * reach) pairs.push_back({first, second, translation, std::sqrt(squared)});
+      const double reach = reaches[first] + reaches[second];
+      if (squared >= reach * reach || reaches[second] <= 0.0) return;
+      if (second == first && translation <= Steps{}) return;
+      pairs.push_back({first, second, translation, std::sqrt(squared)});
     });
     std::sort(pairs.begin() + static_cast<std::ptrdiff_t>(begin), pairs.end(),
               [](const CrystalBond& left, const CrystalBond& right) {

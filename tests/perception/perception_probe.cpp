@@ -30,6 +30,7 @@
 #include <perception/picture.h>
 
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -184,6 +185,31 @@ void answer_published(const std::string& path) {
   }
 }
 
+// Water molecules on a grid of 3.1 Å, as dense as water, in no symmetry.
+void time_growth() {
+  using Clock = std::chrono::steady_clock;
+  for (const std::size_t count : {4998U, 9999U, 19998U, 39999U}) {
+    std::vector<std::string> elements;
+    std::vector<CartesianCoordinates> places;
+    const auto side = static_cast<std::size_t>(std::ceil(std::cbrt(static_cast<double>(count) / 3)));
+    for (std::size_t i = 0; elements.size() < count; ++i) {
+      const double x = 3.1 * static_cast<double>(i % side), y = 3.1 * static_cast<double>(i / side % side);
+      const double z = 3.1 * static_cast<double>(i / side / side);
+      elements.insert(elements.end(), {"O", "H", "H"});
+      places.insert(places.end(), {{x, y, z}, {x + 0.96, y, z}, {x - 0.24, y + 0.93, z}});
+    }
+    const CrystalStructureImmediateDatabaseEntry entry(
+        DatabaseEntryIdentifier("WATER"), THandle<CrystalMaker>(new CrystalMaker(alone(elements, places))));
+    double best = 1e9;
+    for (int run = 0; run < 5; ++run) {
+      const Clock::time_point start = Clock::now();
+      (void)perceive_components(entry, {.draw = false});
+      best = std::min(best, std::chrono::duration<double>(Clock::now() - start).count());
+    }
+    std::cout << elements.size() << ' ' << best << '\n';
+  }
+}
+
 void draw_entries(const char* path, const std::string& file, const std::string& kind, std::size_t count) {
   std::vector<THandle<CrystalStructureDatabaseEntry>> entries;
   for_each_entry(path, [&](const CrystalStructureImmediateDatabaseEntry& entry) {
@@ -234,6 +260,8 @@ int main(int count, char** words) {
     for (int i = 2; i < count; ++i) answer_published(words[i]);
   } else if (count == 6 && std::strcmp(words[1], "sheet") == 0) {
     draw_entries(words[2], words[3], words[4], std::stoul(words[5]));
+  } else if (count == 2 && std::strcmp(words[1], "scaling") == 0) {
+    time_growth();
   } else if (count == 2 && std::strcmp(words[1], "radii") == 0) {
     // Every symbol there is has one capital and at most one small letter.
     for (char first = 'A'; first <= 'Z'; ++first) {
