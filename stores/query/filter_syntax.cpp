@@ -10,11 +10,13 @@ namespace {
 // What has been read so far. Every rule that has an action is reached by its first token alone, and a rule
 // that has begun ends or throws, so nothing that an action did has ever to be taken back.
 struct Reading {
+  explicit Reading(const std::string& text) : filter(text) {}
+
   const std::string& filter;
   std::size_t size = 0;
-  FilterOperand operand = {};  // the last value
+  FilterOperand operand;  // the last value
   EntryOperator comparison = EntryOperator::equal;
-  FilterPhrase phrase = {};
+  FilterPhrase phrase;
   // What is open: a list of alternatives, and in it a list of what holds together.
   struct Level {
     std::vector<FilterPhrase> alternatives = {};
@@ -382,7 +384,7 @@ struct Action<grammar::text_content> {
 }  // namespace
 
 FilterPhrase parse_filter(const std::string& filter) {
-  Reading reading{filter};
+  Reading reading(filter);
   // Positions are offsets: lines would have to be counted.
   tao::pegtl::memory_input<tao::pegtl::tracking_mode::lazy> input(filter.data(), filter.size(), "");
   tao::pegtl::parse<grammar::filter, Action, Control>(input, reading);
