@@ -13,7 +13,7 @@ bool lengths_differ(double expected, double actual) {
 template <class Component>
 void check_same_object(const std::string& name, const CrystalStructureDatabaseEntry& entry,
                        THandle<Component> (CrystalStructureDatabaseEntry::*accessor)() const) {
-  // Both are held, so that a new object at the second call cannot stand where the first one stood.
+  // Both are held, so that a new object at the second call cannot be where the first one was.
   const THandle<Component> first = (entry.*accessor)();
   const THandle<Component> second = (entry.*accessor)();
   TestSuite::test_equality(name, second, first);

@@ -16,7 +16,7 @@
 
 // Compares the identifier, the length a of the cell in ångström (within 1e-7; NaN passes) and the number of
 // symmetry operators, and records failures only. Throws NullHandleError when there is no cell or no list of
-// operators; the checks behind that are not made. Writes a debug line of level 1 when that level is logged.
+// operators; the checks after that are not made. Writes a debug line of level 1 when that level is logged.
 DATABASE_ENTRY_EXPORT void test_database_entry_summary(std::string test_name,
                                                        const CrystalStructureDatabaseEntry& entry,
                                                        std::string identifier, double a,

@@ -6,7 +6,7 @@
 namespace {
 
 constexpr const char* number_and_name = "^([0-9\\.]+)\\s+([A-Za-z0-9\\-\\(\\)\\,\\.]+)\\.qdx";
-// The dot before "qdx" stands for any character: names with another separator are accepted as well.
+// The dot before "qdx" is any character: names with another separator are accepted as well.
 constexpr const char* number_and_letters = "^([0-9\\.]+[A-Za-z]+).qdx";
 
 }  // namespace

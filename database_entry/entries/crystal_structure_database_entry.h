@@ -1,4 +1,4 @@
-// One entry of a crystal-structure database: an identifier and a fixed set of components, behind handles.
+// One entry of a crystal-structure database: an identifier and a fixed set of components, each in a handle.
 //
 //   void show(const CrystalStructureDatabaseEntry& entry) {
 //     entry.print(std::cout);

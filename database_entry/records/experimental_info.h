@@ -44,7 +44,7 @@ class DATABASE_ENTRY_EXPORT ExperimentalInfo {
 
   ExperimentalInfo() = default;
   // Throws std::invalid_argument for a probe and for an intensity method that is no member. The powder study
-  // is taken as it is given, other than by read().
+  // is taken as it is given; read() refuses one that is no member.
   ExperimentalInfo(double temperature, const std::string& temperature_text, const std::string& pressure,
                    double experimental_density, double calculated_density, double r_factor,
                    const Range<double, DoubleComparator>& mean_cc_bond_sigma, RadiationProbe probe,

@@ -18,7 +18,7 @@ void Publication::read(Archive& archive) {
   read_all_fields(archive, *this);
 }
 
-// Page before year, other than in the archive.
+// Page before year; the archive has them the other way round.
 void Publication::print(std::ostream& os) const {
   for (const std::string& author : authors) os << author << ", ";
   journal.print(os);

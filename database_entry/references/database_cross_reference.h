@@ -1,4 +1,4 @@
-// A typed pointer from one entry to others: a free text in which their identifiers stand in brackets.
+// A typed pointer from one entry to others: a free text with their identifiers in brackets.
 //
 //   DatabaseCrossReference reference(DatabaseCrossReference::racemate, "Racemate of",
 //                                    DatabaseEntryIdentifier("ABCDEF01"));
@@ -53,7 +53,7 @@ class DATABASE_ENTRY_EXPORT DatabaseCrossReference {
   [[nodiscard]] const std::string& text() const& { return text_; }
   [[nodiscard]] std::string text() const&& { return text_; }
 
-  // Appends the identifiers that stand in brackets in the text: first all of six letters with or without two
+  // Appends the identifiers in brackets in the text: first all of six letters with or without two
   // digits, then all of a letter and seven digits, each in the order of the text, repeated ones too.
   void identifiers(std::vector<DatabaseEntryIdentifier>& out) const;
 

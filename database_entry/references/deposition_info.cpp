@@ -40,7 +40,7 @@ struct DepositionPattern {
 // Marks a kind whose codes have no form: its expression is never searched.
 constexpr unsigned int no_group = std::numeric_limits<unsigned int>::max();
 
-// A match may start anywhere behind the position of the search; the value is for the expressions to
+// A match may start anywhere after the position of the search; the value is for the expressions to
 // interpret.
 constexpr unsigned int number_search_flags = 4096;
 
@@ -92,7 +92,7 @@ void write_deposition(archiving::WriteCursor& cursor, const DepositionInfo::Depo
   archiving::write_from(cursor, std::tie(deposition.first, deposition.second));
 }
 
-// The type is checked before the text is looked at: the stream then stands right behind a bad one.
+// The type is checked before the text is looked at: the stream is then right after a bad one.
 void read_deposition(archiving::ReadCursor& cursor, DepositionInfo::Deposition& deposition) {
   archiving::read_from(cursor, std::tie(deposition.first));
   DepositionInfo::validate_deposition_type(deposition.first);
@@ -149,7 +149,7 @@ void DepositionInfo::set_text(DepositionType type, const std::string& text) {
   }
   depositions_.emplace_back(type, std::move(trimmed));
   if (std::is_sorted(depositions_.begin(), depositions_.end(), DepositionValueLess())) return;
-  // Stable, so that the text that was set first stays in front. It cannot throw: it moves the pairs, and
+  // Stable, so that the text that was set first stays first. It cannot throw: it moves the pairs, and
   // sorts in place where it gets no memory.
   std::stable_sort(depositions_.begin(), depositions_.end(), DepositionValueLess());
 }

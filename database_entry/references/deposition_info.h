@@ -8,7 +8,7 @@
 //   info.deposition_numbers(DepositionInfo::vorn, numbers);   // {"123456"}
 //
 // Every operation that takes a type first throws std::invalid_argument unless it is 0 to 11, and has then
-// changed nothing. Setting a kind that has a text already keeps the old text in front, where text() and the
+// changed nothing. Setting a kind that has a text already keeps the old text before it, where text() and the
 // others see it; to replace it, set the empty text first.
 // Bytes: the count, then each type and text. Threads: the const operations may run in several threads at
 // once.
@@ -47,7 +47,7 @@ class DATABASE_ENTRY_EXPORT DepositionInfo {
   };
   using Deposition = std::pair<DepositionType, std::string>;
 
-  // Stores the text without blanks and tabs at its ends, behind those of the same type; the list is sorted by
+  // Stores the text without blanks and tabs at its ends, after those of the same type; the list is sorted by
   // type. A text of which nothing remains removes the first of its type. When it throws, nothing has changed.
   void set_text(DepositionType type, const std::string& text);
   [[nodiscard]] bool has_text(DepositionType type) const;

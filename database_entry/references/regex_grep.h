@@ -3,7 +3,7 @@
 //   const auto collector = regex_grep(expression, text, CountMatches(), 0);
 //
 // Each match, from left to right, is handed to `collector(results)`; the search goes on where the match
-// ended. After an empty match it goes on one byte behind the position where that search had started. Gives
+// ended. After an empty match it goes on one byte after the position where that search had started. Gives
 // the collector back. An empty text is never searched.
 //
 // Fails: what the collector throws passes through. Threads: any number may search with one expression.

@@ -15,7 +15,7 @@ namespace {
                               ", which is not in the list");
 }
 
-// The place of each atom in a list, from 0. An atom that is there twice is at the first.
+// The place of each atom in a list, from 0. An atom that is there twice has its first place.
 // A table of places that is at most half full; an atom's own may be taken, then it is at the next free one.
 class Positions {
  public:

@@ -1,4 +1,4 @@
-// Which atom and bond of one graph stand for which of another.
+// Which atom and bond of one graph are which of another.
 //
 //   GraphMatch<THandle<Atom>, THandle<Bond>, THandle<DiagramAtom>, THandle<DiagramBond>> match;
 //   match.atoms.emplace_back(crystal_atom, diagram_atom);
