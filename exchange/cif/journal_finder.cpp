@@ -1,15 +1,12 @@
 #include "exchange/cif/journal_finder.h"
 
-#include <database_entry/foundations/archive_encodings.h>
-#include <utilities/archive.h>
 
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <cstdio>
-#include <memory>
-#include <new>
 #include <string_view>
+
+#include "exchange/rebuild.h"
 
 namespace {
 
@@ -45,23 +42,12 @@ bool stands_for(const std::string& listed, const std::string& word) {
   return word.compare(0, listed.size() - 1, listed, 0, listed.size() - 1) == 0;
 }
 
-struct CloseFile {
-  void operator()(FILE* file) const { std::fclose(file); }
-};
-
 Journal kept_journal(const std::string& coden, const std::string& title) {
   Journal journal(Journal::max_vorn_coden() + 1);
   const std::string kept_coden = coden.empty() ? journal.international_coden() : coden;
   const std::string kept_title = title.empty() ? journal.name() : title;
   const int number = journal.coden();
-  const std::unique_ptr<FILE, CloseFile> file(
-      ::fmemopen(nullptr, kept_title.size() + kept_coden.size() + 64, "w+b"));
-  if (file == nullptr) throw std::bad_alloc();
-  Archive archive(file.get());
-  archive << kept_title << number << kept_coden;
-  archive.flush();
-  std::rewind(file.get());
-  journal.read(archive);
+  rebuild(journal, kept_title, number, kept_coden);
   return journal;
 }
 

@@ -183,9 +183,9 @@ constexpr const char* pretty_sample =
     "  symmetry operators  x,y,z\n"
     "publication\n"
     "  authors                      A.Author; B.Author\n"
+    "  journal name                 J.Am.Chem.Soc.\n"
     "  journal coden                4\n"
     "  journal international coden  JACSAT\n"
-    "  journal name                 J.Am.Chem.Soc.\n"
     "  volume                       101\n"
     "  year                         1979\n"
     "  page                         2345\n"
@@ -199,8 +199,8 @@ constexpr const char* pretty_sample =
     "    COORDINATES_SEE  Coordinates in [X1234567]         X1234567\n"
     "deposition info\n"
     "    kind                text                         numbers\n"
-    "    IUCR Coeditor Code  IUCr AB1234                  AB1234\n"
-    "    VORN                VORN 123456 and VORN 654321  123456; 654321\n";
+    "    VORN                VORN 123456 and VORN 654321  123456; 654321\n"
+    "    IUCR Coeditor Code  IUCr AB1234                  AB1234\n";
 
 class Output : public testing::TestWithParam<OutputCase> {};
 
