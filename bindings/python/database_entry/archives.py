@@ -1,0 +1,190 @@
+"""Stored archives: entries one after the other in a file."""
+
+import collections.abc
+import os
+import tempfile
+
+from . import _database_entry as _c
+from .values import DatabaseEntryIdentifier
+
+_BATCH = 256
+
+
+class Archive(collections.abc.Sequence):
+    """The entries of a stored archive, in their order: ``archive[3]``, ``archive[-2:]``, ``archive["ABCDEF01"]``.
+
+    Entries are read when they are asked for, each time anew. The first question for the length or for an
+    identifier reads the file once; after that both are known.
+    """
+
+    def __init__(self, path):
+        self.path = os.fspath(path)
+        self._reader = _c._ArchiveReader(path)
+        self._positions = None
+
+    def __len__(self):
+        return self._reader.size()
+
+    def __iter__(self):
+        first = 0
+        count = 8
+        while True:
+            entries = self._reader.entries(first, count)
+            yield from entries
+            if len(entries) < count:
+                return
+            first += count
+            count = _BATCH
+
+    def __getitem__(self, wanted):
+        if isinstance(wanted, slice):
+            start, stop, step = wanted.indices(len(self))
+            if step == 1:
+                return self._reader.entries(start, max(0, stop - start))
+            return [self._reader.entry(position) for position in range(start, stop, step)]
+        if isinstance(wanted, str):
+            return self._reader.entry(self._position(wanted))
+        position = wanted.__index__()
+        return self._reader.entry(position + len(self) if position < 0 else position)
+
+    def __contains__(self, identifier):
+        return identifier in self._index()
+
+    def get(self, identifier, default=None):
+        """The entry of an identifier, or the default."""
+        return self[identifier] if identifier in self else default
+
+    def identifiers(self):
+        """All identifiers, in the order of the archive."""
+        return [DatabaseEntryIdentifier(text) for text in self._reader.identifiers()]
+
+    def _index(self):
+        if self._positions is None:
+            positions = {}
+            for position, identifier in enumerate(self._reader.identifiers()):
+                positions.setdefault(identifier, position)
+            self._positions = positions
+        return self._positions
+
+    def _position(self, identifier):
+        try:
+            return self._index()[identifier]
+        except KeyError:
+            from .errors import EntryNotFound
+
+            error = EntryNotFound(f"{self.path}: there is no entry {str(identifier)!r}")
+            error.store, error.entry = str(self.path), str(identifier)
+            raise error from None
+
+    def close(self):
+        """Closes the file; entries that were read stay."""
+        self._reader.close()
+
+    @property
+    def closed(self):
+        """Whether the file is closed."""
+        return self._reader.closed
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *exception):
+        self.close()
+
+    def __repr__(self):
+        return f"<Archive {str(self.path)!r}{', closed' if self.closed else ''}>"
+
+
+class ArchiveWriter:
+    """A stored archive that is being written. It gets its name when it is closed; where a ``with`` block ends in
+    an exception, nothing is left of it."""
+
+    def __init__(self, path, append=False):
+        self.path = os.fspath(path)
+        folder, name = os.path.split(os.path.abspath(self.path))
+        descriptor, self._part = tempfile.mkstemp(prefix=f".{name}.", suffix=".part", dir=folder)
+        os.close(descriptor)
+        self.count = 0
+        try:
+            umask = os.umask(0)
+            os.umask(umask)
+            os.chmod(self._part, 0o666 & ~umask)
+            if append and os.path.exists(self.path):
+                with open_file(self.path, "rb") as old, open_file(self._part, "wb") as new:
+                    while block := old.read(1 << 20):
+                        new.write(block)
+            self._writer = _c._ArchiveWriter(self._part, "ab")
+        except BaseException:
+            os.unlink(self._part)
+            raise
+
+    def append(self, entry):
+        """Writes an entry. All ten archived components must be there; otherwise nothing of it is written."""
+        if self._writer is None:
+            raise ValueError("the archive is closed")
+        self._writer.write(entry)
+        self.count += 1
+
+    write = append
+
+    def extend(self, entries):
+        """Writes many entries."""
+        for entry in entries:
+            self.append(entry)
+
+    def close(self):
+        """Finishes the file and gives it its name."""
+        if self._writer is None:
+            return
+        writer, self._writer = self._writer, None
+        try:
+            writer.close()
+            os.replace(self._part, self.path)
+        except BaseException:
+            if os.path.exists(self._part):
+                os.unlink(self._part)
+            raise
+
+    def discard(self):
+        """Closes without a trace; a file of that name stays as it was."""
+        if self._writer is not None:
+            writer, self._writer = self._writer, None
+            try:
+                writer.close()
+            finally:
+                os.unlink(self._part)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, kind, error, trace):
+        if kind is None:
+            self.close()
+        else:
+            self.discard()
+
+    def __del__(self):
+        if getattr(self, "_writer", None) is not None:
+            self.discard()
+
+    def __repr__(self):
+        return f"<ArchiveWriter {str(self.path)!r}: {self.count} entries>"
+
+
+open_file = open
+
+
+def open(path, mode="r"):
+    """Opens a stored archive: "r" to read it, "w" to write a new one, "x" unless it is there, "a" to add to it.
+
+    >>> with de.open("new.dbe", "w") as archive:
+    ...     archive.append(entry)
+    >>> de.open("new.dbe")[0]
+    """
+    if mode == "r":
+        return Archive(path)
+    if mode == "x" and os.path.exists(path):
+        raise FileExistsError(f"{os.fspath(path)!r} is there already")
+    if mode in ("w", "x", "a"):
+        return ArchiveWriter(path, append=mode == "a")
+    raise ValueError(f"the mode is 'r', 'w', 'x' or 'a', not {mode!r}")
