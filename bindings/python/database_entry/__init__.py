@@ -19,8 +19,11 @@ from . import documentation as _documentation
 from . import _database_entry
 from . import records as _records
 from .archives import Archive, ArchiveWriter, open
+from .convert import frame, from_ase, from_gemmi, to_ase, to_gemmi
 from .errors import *
 from .exchange import Entries, ImportResult, parse_cif, read_cif
+from .perception import Finding, PerceptionReport, check, perceive, picture, save_picture
+from .stores import Database, Row, connect, query
 from .values import DatabaseEntryIdentifier
 
 _records.prepare()

@@ -45,7 +45,11 @@ class Archive(collections.abc.Sequence):
         if isinstance(wanted, str):
             return self._reader.entry(self._position(wanted))
         position = wanted.__index__()
-        return self._reader.entry(position + len(self) if position < 0 else position)
+        if position < 0:
+            position += len(self)
+            if position < 0:
+                raise IndexError(f"entry {wanted} of {len(self)}")
+        return self._reader.entry(position)
 
     def __contains__(self, identifier):
         return identifier in self._index()

@@ -4,6 +4,7 @@ import collections.abc
 import enum
 
 from . import _database_entry as _c
+from .notebook import entry_html, record_html
 from .values import DatabaseEntryIdentifier
 
 _classes = [value for name, value in vars(_c).items() if isinstance(value, type) and not name.startswith("_")]
@@ -284,6 +285,7 @@ def prepare():
         cls.__copy__ = _record_copy
         cls.to_dict = _record_to_dict
         cls.from_dict = classmethod(_record_from_dict)
+        cls._repr_html_ = record_html
     for cls in LISTS.values():
         _mix_in(cls, collections.abc.MutableSequence)
         cls.__repr__ = _list_repr
@@ -300,6 +302,7 @@ def prepare():
 
     entry = _c.CrystalStructureDatabaseEntry
     entry.__repr__ = _entry_repr
+    entry._repr_html_ = entry_html
     entry._has = _immediate_has
     entry.__reduce_ex__ = _entry_reduce
     entry.to_dict = _entry_to_dict

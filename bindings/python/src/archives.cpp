@@ -1,7 +1,4 @@
 // Files of entries, one after the other: reading and writing. The class with index and lookup is archives.py.
-#include "entry_bytes.h"
-#include "record.h"
-
 #include <database_entry/entries/crystal_structure_immediate_database_entry.h>
 
 #include <cerrno>
@@ -10,6 +7,9 @@
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "entry_bytes.h"
+#include "record.h"
 
 namespace {
 
@@ -76,9 +76,11 @@ class ArchiveReader {
       seek(offsets_[position]);
       return read(position);
     }
-    if (is_indexed_) throw py::index_error("entry " + std::to_string(position) + " of " + std::to_string(offsets_.size()));
+    if (is_indexed_)
+      throw py::index_error("entry " + std::to_string(position) + " of " + std::to_string(offsets_.size()));
     auto entry = next_unknown();
-    if (entry.is_null()) throw py::index_error("entry " + std::to_string(position) + " of " + std::to_string(offsets_.size()));
+    if (entry.is_null())
+      throw py::index_error("entry " + std::to_string(position) + " of " + std::to_string(offsets_.size()));
     return entry;
   }
 
@@ -130,13 +132,19 @@ class ArchiveReader {
     } catch (const std::invalid_argument& error) {
       throw ArchiveError(place(position, *entry) + error.what());
     }
+    // A text takes what is there: that more was wanted is told by the stream alone.
+    if (std::feof(file_.stream()) != 0) {
+      throw ArchiveError(place(position, *entry) + "the file ends within a text at offset " +
+                         std::to_string(ftello(file_.stream())));
+    }
     position_ = ftello(file_.stream());
     return entry;
   }
 
   [[nodiscard]] std::string place(std::size_t position, const Immediate& entry) const {
     const std::string name = entry.identifier().text();
-    return file_.path() + ": entry " + std::to_string(position) + (name.empty() ? "" : " (" + name + ")") + ": ";
+    return file_.path() + ": entry " + std::to_string(position) + (name.empty() ? "" : " (" + name + ")") +
+           ": ";
   }
 
   // The first entry that has not been read yet, or null at the end.

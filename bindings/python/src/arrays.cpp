@@ -1,7 +1,6 @@
 #include "arrays.h"
 
 #include <lattice/cell_geometry.h>
-
 #include <pybind11/numpy.h>
 
 #include <array>
@@ -9,7 +8,8 @@
 
 namespace {
 
-std::tuple<std::array<int, 9>, std::array<double, 3>> parts(const CrystalSymmetryOperator& symmetry_operator) {
+std::tuple<std::array<int, 9>, std::array<double, 3>> parts(
+    const CrystalSymmetryOperator& symmetry_operator) {
   return std::apply([&](const auto&... field) { return std::tuple(field.of(symmetry_operator)...); },
                     CrystalSymmetryOperator::fields());
 }

@@ -2,11 +2,11 @@
 // Internal: for the sources of the module.
 #pragma once
 
-#include "python.h"
-
 #include <chemistry/cell.h>
 #include <chemistry/crystal_maker.h>
 #include <symmetry/crystal_symmetry_operator.h>
+
+#include "python.h"
 
 [[nodiscard]] py::object operator_matrix(const CrystalSymmetryOperator& symmetry_operator);
 [[nodiscard]] py::object cell_parameters(const Cell& cell);

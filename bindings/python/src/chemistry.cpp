@@ -1,8 +1,8 @@
 // Operators, cells, atoms, crystals, diagrams, connectivities, matches.
+#include <database_entry/entries/crystal_structure_database_entry.h>
+
 #include "arrays.h"
 #include "list.h"
-
-#include <database_entry/entries/crystal_structure_database_entry.h>
 
 namespace {
 
@@ -29,22 +29,24 @@ void bind_symmetry(py::module_& module) {
 
 void bind_cell(py::module_& module) {
   auto cell = bind_fields<Cell>(module, "Cell");
-  cell.def(py::init([](double a, double b, double c, double alpha, double beta, double gamma,
-                       py::handle symmetry_operators) {
-             using Operators = THandle<std::vector<CrystalSymmetryOperator>>;
-             const auto operators = Converter<Operators>::from(symmetry_operators);
-             return THandle<Cell>(new Cell(a, b, c, alpha, beta, gamma, operators));
-           }),
-           py::arg("a") = 0.0, py::arg("b") = 0.0, py::arg("c") = 0.0, py::arg("alpha") = 0.0,
-           py::arg("beta") = 0.0, py::arg("gamma") = 0.0, py::arg("symmetry_operators") = py::tuple(),
-           "Lengths in angstrom, angles in degrees; operators or their texts. A SymmetryOperators is shared.");
+  cell.def(
+      py::init([](double a, double b, double c, double alpha, double beta, double gamma,
+                  py::handle symmetry_operators) {
+        using Operators = THandle<std::vector<CrystalSymmetryOperator>>;
+        const auto operators = Converter<Operators>::from(symmetry_operators);
+        return THandle<Cell>(new Cell(a, b, c, alpha, beta, gamma, operators));
+      }),
+      py::arg("a") = 0.0, py::arg("b") = 0.0, py::arg("c") = 0.0, py::arg("alpha") = 0.0,
+      py::arg("beta") = 0.0, py::arg("gamma") = 0.0, py::arg("symmetry_operators") = py::tuple(),
+      "Lengths in angstrom, angles in degrees; operators or their texts. A SymmetryOperators is shared.");
   cell.def_property_readonly("volume", &Cell::volume, "float: in cubic angstrom; 0.0 for no cell.");
-  cell.def_property_readonly("parameters", &cell_parameters,
-                             "numpy.ndarray, (6,): a, b, c in angstrom, alpha, beta, gamma in degrees; a copy.");
   cell.def_property_readonly(
-      "matrix", &cell_matrix,
-      "numpy.ndarray, (3, 3): the axes as rows, Cartesian, in angstrom; a along x, b in the plane of x and y. "
-      "fractions @ matrix are Cartesian coordinates. A copy.");
+      "parameters", &cell_parameters,
+      "numpy.ndarray, (6,): a, b, c in angstrom, alpha, beta, gamma in degrees; a copy.");
+  cell.def_property_readonly("matrix", &cell_matrix,
+                             "numpy.ndarray, (3, 3): the axes as rows, Cartesian, in angstrom; a along x, b "
+                             "in the plane of x and y. "
+                             "fractions @ matrix are Cartesian coordinates. A copy.");
   cell.def_property_readonly("rotations", &cell_rotations,
                              "numpy.ndarray of int, (operators, 3, 3): the operators' rotations; a copy.");
   cell.def_property_readonly("translations", &cell_translations,
@@ -108,8 +110,10 @@ void bind_graphs(py::module_& module) {
 void bind_matches(py::module_& module) {
   bind_list<std::pair<THandle<Atom>, THandle<DiagramAtom>>>(module, "CrystalDiagramAtomPairs");
   bind_list<std::pair<THandle<Bond>, THandle<DiagramBond>>>(module, "CrystalDiagramBondPairs");
-  bind_list<std::pair<THandle<ConnectivityAtom>, THandle<DiagramAtom>>>(module, "ConnectivityDiagramAtomPairs");
-  bind_list<std::pair<THandle<ConnectivityBond>, THandle<DiagramBond>>>(module, "ConnectivityDiagramBondPairs");
+  bind_list<std::pair<THandle<ConnectivityAtom>, THandle<DiagramAtom>>>(module,
+                                                                        "ConnectivityDiagramAtomPairs");
+  bind_list<std::pair<THandle<ConnectivityBond>, THandle<DiagramBond>>>(module,
+                                                                        "ConnectivityDiagramBondPairs");
   bind_list<std::pair<THandle<Atom>, THandle<ConnectivityAtom>>>(module, "CrystalConnectivityAtomPairs");
   bind_list<std::pair<THandle<Bond>, THandle<ConnectivityBond>>>(module, "CrystalConnectivityBondPairs");
   bind_record<CrystalDiagramMatch, Equality::by_identity>(module, "CrystalDiagramMatch");

@@ -8,9 +8,6 @@
 // Texts are bytes in C++, mostly UTF-8: any other byte becomes a lone surrogate and comes back as it was.
 #pragma once
 
-#include "enumerations.h"
-#include "python.h"
-
 #include <symmetry/crystal_symmetry_operator.h>
 #include <symmetry/fractional_coordinates.h>
 #include <utilities/database_entry_identifier.h>
@@ -23,6 +20,9 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "enumerations.h"
+#include "python.h"
 
 // "expected float, not 'abc' (str)"
 [[noreturn]] void throw_type_error(const std::string& wanted, py::handle given);
@@ -106,7 +106,7 @@ struct Converter<FractionalCoordinates> {
 };
 
 template <class E>
-  requires std::is_enum_v<E>
+requires std::is_enum_v<E>
 struct Converter<E> {
   static std::string name() { return enumeration_name<E>(); }
   static py::object to(E value) { return enumeration_object(value); }
@@ -170,7 +170,8 @@ struct Converter<std::vector<T>> {
     return list;
   }
   static std::vector<T> from(py::handle object) {
-    if (PyUnicode_Check(object.ptr()) || PyBytes_Check(object.ptr()) || !PyObject_HasAttrString(object.ptr(), "__iter__"))
+    if (PyUnicode_Check(object.ptr()) || PyBytes_Check(object.ptr()) ||
+        !PyObject_HasAttrString(object.ptr(), "__iter__"))
       throw_type_error("a sequence of " + Converter<T>::name(), object);
     std::vector<T> values;
     for (const py::handle item : py::iter(object)) values.push_back(Converter<T>::from(item));

@@ -1,12 +1,12 @@
 // The abstract, the immediate and the deferred entry, data sources, the connectivity entry, the checks.
-#include "entry_bytes.h"
-#include "list.h"
-#include "source.h"
-
 #include <database_entry/checks/entry_checks.h>
 #include <database_entry/entries/chemical_connectivity_database_entry.h>
 #include <database_entry/entries/crystal_structure_deferred_database_entry.h>
 #include <database_entry/entries/crystal_structure_immediate_database_entry.h>
+
+#include "entry_bytes.h"
+#include "list.h"
+#include "source.h"
 
 namespace {
 
@@ -47,9 +47,9 @@ void bind_abstract_entry(py::module_& module) {
   for_each_component_in_entry_order([&](auto component) {
     using Bound = BoundComponent<decltype(component)>;
     using Handle = typename Bound::Handle;
-    add_descriptor(bound, component.name, &Bound::get, component.has_setter ? &Bound::set : setter(nullptr),
-                   field_documentation("CrystalStructureDatabaseEntry", component.name,
-                                       Converter<Handle>::name()));
+    add_descriptor(
+        bound, component.name, &Bound::get, component.has_setter ? &Bound::set : setter(nullptr),
+        field_documentation("CrystalStructureDatabaseEntry", component.name, Converter<Handle>::name()));
     names.append(component.name);
     types[component.name] = py::make_tuple(Converter<Handle>::name(), component.has_setter);
   });
@@ -62,8 +62,9 @@ void bind_abstract_entry(py::module_& module) {
         self.set_identifier(Converter<DatabaseEntryIdentifier>::from(identifier));
       },
       field_documentation("CrystalStructureDatabaseEntry", "identifier", "DatabaseEntryIdentifier").c_str());
-  bound.def("__str__", [](const Entry& self) { return Converter<std::string>::to(printed(self)); },
-            "The summary: the identifier and ten components, each under its label.");
+  bound.def(
+      "__str__", [](const Entry& self) { return Converter<std::string>::to(printed(self)); },
+      "The summary: the identifier and ten components, each under its label.");
   bound.def("__eq__", [](const Entry& self, py::handle other) -> py::object {
     if (!py::isinstance<Entry>(other)) return py::reinterpret_borrow<py::object>(Py_NotImplemented);
     const Entry& right = object_of<Entry>(other.ptr());
@@ -96,29 +97,39 @@ void bind_immediate_entry(py::module_& module) {
       class_documentation("CrystalStructureImmediateDatabaseEntry"));
   bound.def(py::init([](py::handle identifier, py::handle crystal_maker, py::kwargs components) {
               const auto name = Converter<DatabaseEntryIdentifier>::from(identifier);
-              if (crystal_maker.is_none()) return THandle<Immediate>(
-                  new Immediate(Immediate::from(name, components_from(components))));
+              if (crystal_maker.is_none())
+                return THandle<Immediate>(new Immediate(Immediate::from(name, components_from(components))));
               const auto maker = Converter<THandle<CrystalMaker>>::from(crystal_maker);
               const bool has_cell = components.contains("cell");
               ComponentHandles handles = components_from(components);
               handles[component_row<ComponentKind::crystal_maker>] = maker;
-              if (!has_cell) handles[component_row<ComponentKind::cell>] = THandle<Cell>(new Cell(*maker->cell()));
+              if (!has_cell)
+                handles[component_row<ComponentKind::cell>] = THandle<Cell>(new Cell(*maker->cell()));
               return THandle<Immediate>(new Immediate(Immediate::from(name, handles)));
             }),
             py::arg("identifier") = "", py::arg("crystal_maker") = py::none(),
             "Shares each component, given by its name. With a crystal maker and no `cell`, the entry holds a "
             "copy of the crystal maker's cell.");
-  bound.def("to_bytes", [](const Immediate& self) {
-    return py::bytes(archived_bytes([&](Archive& archive) { self.write(archive); }));
-  }, "The identifier and the ten archived components, none of which may be None, as an archive holds them.");
-  bound.def_static("from_bytes", [](const std::string& bytes) {
-    THandle<Immediate> entry(new Immediate(Immediate::from(DatabaseEntryIdentifier(), ComponentHandles())));
-    read_archived_bytes(bytes, [&](Archive& archive) { entry->read(archive); });
-    return entry;
-  }, py::arg("bytes"));
-  bound.def("__copy__", [](const Immediate& self) { return THandle<Immediate>(new Immediate(self)); },
-            "Another entry that shares every component.");
-  module.def("_entry_from_stored_bytes", [](const py::bytes& bytes) { return entry_from_stored_bytes(bytes); });
+  bound.def(
+      "to_bytes",
+      [](const Immediate& self) {
+        return py::bytes(archived_bytes([&](Archive& archive) { self.write(archive); }));
+      },
+      "The identifier and the ten archived components, none of which may be None, as an archive holds them.");
+  bound.def_static(
+      "from_bytes",
+      [](const std::string& bytes) {
+        THandle<Immediate> entry(
+            new Immediate(Immediate::from(DatabaseEntryIdentifier(), ComponentHandles())));
+        read_archived_bytes(bytes, [&](Archive& archive) { entry->read(archive); });
+        return entry;
+      },
+      py::arg("bytes"));
+  bound.def(
+      "__copy__", [](const Immediate& self) { return THandle<Immediate>(new Immediate(self)); },
+      "Another entry that shares every component.");
+  module.def("_entry_from_stored_bytes",
+             [](const py::bytes& bytes) { return entry_from_stored_bytes(bytes); });
   module.def("_gathered", [](const Entry& entry) {
     ComponentHandles handles;
     for_each_component([&](auto component) { handles[component] = component.get(entry); });
@@ -138,12 +149,12 @@ void bind_deferred_entry(py::module_& module) {
   py::class_<Source, THandle<Source>> source(module, "CrystalStructureDatabaseEntryDataSource",
                                              class_documentation("CrystalStructureDatabaseEntryDataSource"));
   source.def(py::init([] { return THandle<Source>(new Source); }));
-  source.def("identifier", [](const Source& self) {
-    return Converter<DatabaseEntryIdentifier>::to(self.identifier());
-  });
+  source.def("identifier",
+             [](const Source& self) { return Converter<DatabaseEntryIdentifier>::to(self.identifier()); });
   for_each_component([&](auto component) {
     using Handle = THandle<typename decltype(component)::Type>;
-    source.def(component.name, [component](const Source& self) { return Converter<Handle>::to(component.fetch(self)); });
+    source.def(component.name,
+               [component](const Source& self) { return Converter<Handle>::to(component.fetch(self)); });
   });
   // A class of Python's that derives from it may have methods of its own.
   source.def_property_readonly("_is_overridden", [](const py::object& self) {
@@ -170,20 +181,23 @@ void bind_connectivity_entry(py::module_& module) {
               return THandle<Small>(new Small(Converter<DatabaseEntryIdentifier>::from(identifier),
                                               Converter<std::string>::from(name), connectivity));
             }),
-            py::arg("identifier") = "", py::arg("name") = "", py::arg("connectivity") = THandle<Connectivity>());
-  bound.def("set_identifier", [](Small& self, py::handle text) {
-    self.set_identifier(Converter<DatabaseEntryIdentifier>::from(text));
-  }, py::arg("text"), "Takes \"12.5 benzene.qdx\" apart into identifier and name.");
+            py::arg("identifier") = "", py::arg("name") = "",
+            py::arg("connectivity") = THandle<Connectivity>());
+  bound.def(
+      "set_identifier",
+      [](Small& self, py::handle text) {
+        self.set_identifier(Converter<DatabaseEntryIdentifier>::from(text));
+      },
+      py::arg("text"), "Takes \"12.5 benzene.qdx\" apart into identifier and name.");
   bound.def_property(
-      "identifier",
-      [](const Small& self) { return Converter<DatabaseEntryIdentifier>::to(self.identifier); },
+      "identifier", [](const Small& self) { return Converter<DatabaseEntryIdentifier>::to(self.identifier); },
       [](Small& self, py::handle text) { self.identifier = Converter<DatabaseEntryIdentifier>::from(text); });
-  bound.def_property("name", [](const Small& self) { return Converter<std::string>::to(self.name); },
-                     [](Small& self, py::handle name) { self.name = Converter<std::string>::from(name); });
-  bound.def_property("connectivity", [](const Small& self) { return self.connectivity; },
-                     [](Small& self, const THandle<Connectivity>& connectivity) {
-                       self.connectivity = connectivity;
-                     });
+  bound.def_property(
+      "name", [](const Small& self) { return Converter<std::string>::to(self.name); },
+      [](Small& self, py::handle name) { self.name = Converter<std::string>::from(name); });
+  bound.def_property(
+      "connectivity", [](const Small& self) { return self.connectivity; },
+      [](Small& self, const THandle<Connectivity>& connectivity) { self.connectivity = connectivity; });
 }
 
 // Runs a check and gives what it recorded; the records that were there before stay.
@@ -198,23 +212,25 @@ py::list failures_of(const Check& check) {
 }
 
 void bind_checks(py::module_& module) {
-  module.def("test_database_entry_summary",
-             [](const std::string& test_name, const Entry& entry, const std::string& identifier, double a,
-                int number_of_symmetry_operators) {
-               return failures_of([&] {
-                 test_database_entry_summary(test_name, entry, identifier, a, number_of_symmetry_operators);
-               });
-             },
-             py::arg("test_name"), py::arg("entry"), py::arg("identifier"), py::arg("a"),
-             py::arg("number_of_symmetry_operators"),
-             "Holds identifier, a (angstrom, within 1e-7) and the number of operators against an entry. Gives the "
-             "differences as texts; an empty list is good.");
-  module.def("test_database_entry_handles",
-             [](const std::string& test_name, const Entry& entry) {
-               return failures_of([&] { test_database_entry_handles(test_name, entry); });
-             },
-             py::arg("test_name"), py::arg("entry"),
-             "Whether four components are the same objects at two successive calls. Gives the differences.");
+  module.def(
+      "test_database_entry_summary",
+      [](const std::string& test_name, const Entry& entry, const std::string& identifier, double a,
+         int number_of_symmetry_operators) {
+        return failures_of([&] {
+          test_database_entry_summary(test_name, entry, identifier, a, number_of_symmetry_operators);
+        });
+      },
+      py::arg("test_name"), py::arg("entry"), py::arg("identifier"), py::arg("a"),
+      py::arg("number_of_symmetry_operators"),
+      "Holds identifier, a (angstrom, within 1e-7) and the number of operators against an entry. Gives the "
+      "differences as texts; an empty list is good.");
+  module.def(
+      "test_database_entry_handles",
+      [](const std::string& test_name, const Entry& entry) {
+        return failures_of([&] { test_database_entry_handles(test_name, entry); });
+      },
+      py::arg("test_name"), py::arg("entry"),
+      "Whether four components are the same objects at two successive calls. Gives the differences.");
 }
 
 }  // namespace

@@ -1,8 +1,9 @@
 // A whole entry as one text of bytes: all sixteen components, a null one as null.
 // Internal: for the sources of the module.
 //
-// Bytes: the number of the layout, 1; the identifier; for each component in the order of its kind a length and
-// its bytes, which are those of a store; the length of a null one is -1. Lengths are 4 bytes, little-endian.
+// Bytes: the number of the layout, 1; the identifier; for each component in the order of its kind a length
+// and its bytes, which are those of a store; the length of a null one is -1. Lengths are 4 bytes,
+// little-endian.
 #pragma once
 
 #include <database_entry/entries/crystal_structure_immediate_database_entry.h>

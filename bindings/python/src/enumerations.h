@@ -5,8 +5,6 @@
 // or of the function that gives them. A value that is no member, which an archive may hold, is a plain int.
 #pragma once
 
-#include "python.h"
-
 #include <database_entry/foundations/enum_text_mapping.h>
 
 #include <array>
@@ -16,6 +14,8 @@
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+#include "python.h"
 
 struct EnumerationMember {
   std::string name;

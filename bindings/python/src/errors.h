@@ -2,9 +2,9 @@
 // Internal: for the sources of the module.
 #pragma once
 
-#include "python.h"
-
 #include <string>
+
+#include "python.h"
 
 // Sets Python's error from the C++ exception that is being handled. To be called in a catch (...) only.
 void set_python_error() noexcept;

@@ -1,10 +1,10 @@
 // CIF in, JSON out.
-#include "record.h"
-
 #include <exchange/cif_reader.h>
 #include <exchange/entry_json.h>
 
 #include <stdexcept>
+
+#include "record.h"
 
 namespace {
 
@@ -34,27 +34,28 @@ py::dict plain(const ImportResult& result) {
 }  // namespace
 
 void bind_exchange(py::module_& module) {
-  module.def("_read_cif", [](const std::string& text, const std::string& identifier_from,
-                             const std::string& file_stem) {
-    ReaderOptions options;
-    options.file_stem = file_stem;
-    if (identifier_from == "name") {
-      options.identifier_from = ReaderOptions::name;
-    } else if (identifier_from == "file") {
-      options.identifier_from = ReaderOptions::file;
-    } else if (identifier_from != "code") {
-      throw std::invalid_argument("identifier_from is 'code', 'name' or 'file', not '" + identifier_from + "'");
-    }
-    std::vector<ImportResult> results;
-    {
-      // The entries are this call's own until it ends.
-      const py::gil_scoped_release others_may_run;
-      results = read_cif(text, options);
-    }
-    py::list list;
-    for (const ImportResult& result : results) list.append(plain(result));
-    return list;
-  });
+  module.def("_read_cif",
+             [](const std::string& text, const std::string& identifier_from, const std::string& file_stem) {
+               ReaderOptions options;
+               options.file_stem = file_stem;
+               if (identifier_from == "name") {
+                 options.identifier_from = ReaderOptions::name;
+               } else if (identifier_from == "file") {
+                 options.identifier_from = ReaderOptions::file;
+               } else if (identifier_from != "code") {
+                 throw std::invalid_argument("identifier_from is 'code', 'name' or 'file', not '" +
+                                             identifier_from + "'");
+               }
+               std::vector<ImportResult> results;
+               {
+                 // The entries are this call's own until it ends.
+                 const py::gil_scoped_release others_may_run;
+                 results = read_cif(text, options);
+               }
+               py::list list;
+               for (const ImportResult& result : results) list.append(plain(result));
+               return list;
+             });
   module.def("_json", [](const CrystalStructureDatabaseEntry& entry, int indent) {
     // Bytes that are no text become U+FFFD, which JSON cannot do without.
     return Converter<std::string>::to(

@@ -1,7 +1,7 @@
 // Experimental information and the range in it.
-#include "record.h"
-
 #include <database_entry/records/experimental_info.h>
+
+#include "record.h"
 
 void bind_experiment(py::module_& module) {
   using Comparator = DoubleComparator;

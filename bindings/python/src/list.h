@@ -4,11 +4,11 @@
 // The methods here are those that collections.abc.MutableSequence builds all others on (records.py).
 #pragma once
 
-#include "record.h"
-
 #include <algorithm>
 #include <string>
 #include <vector>
+
+#include "record.h"
 
 // The position that a Python index means. Throws IndexError.
 [[nodiscard]] std::size_t position_of(py::ssize_t index, std::size_t size);

@@ -12,4 +12,7 @@ PYBIND11_MODULE(_database_entry, module) {
   bind_entries(module);
   bind_archives(module);
   bind_exchange(module);
+  bind_stores(module);
+  bind_lattice(module);
+  bind_perception(module);
 }

@@ -2,9 +2,8 @@
 // Internal: for the sources of the module.
 #pragma once
 
-#include <utilities/t_handle.h>
-
 #include <pybind11/pybind11.h>
+#include <utilities/t_handle.h>
 
 // A Python object holds a handle, so that C++ and Python share one object and its count.
 PYBIND11_DECLARE_HOLDER_TYPE(T, THandle<T>)

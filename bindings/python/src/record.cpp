@@ -1,11 +1,11 @@
 #include "record.h"
 
-#include "list.h"
-
 #include <stores/codec/byte_streams.h>
 
 #include <cstring>
 #include <string>
+
+#include "list.h"
 
 namespace {
 
@@ -26,15 +26,16 @@ std::size_t position_of(py::ssize_t index, std::size_t size) {
 void add_descriptor(py::handle type, const char* name, getter get, setter set,
                     const std::string& documentation) {
   // A descriptor points to its definition for as long as the interpreter runs.
-  auto* const definition =
-      new PyGetSetDef{strdup(name), get, set, strdup(documentation.c_str()), nullptr};
+  auto* const definition = new PyGetSetDef{strdup(name), get, set, strdup(documentation.c_str()), nullptr};
   const auto descriptor = py::reinterpret_steal<py::object>(
       PyDescr_NewGetSet(reinterpret_cast<PyTypeObject*>(type.ptr()), definition));
   if (!descriptor) throw py::error_already_set();
   py::setattr(type, name, descriptor);
 }
 
-std::string archived_bytes(const std::function<void(Archive&)>& write) { return streams().written(write); }
+std::string archived_bytes(const std::function<void(Archive&)>& write) {
+  return streams().written(write);
+}
 
 void read_archived_bytes(const std::string& bytes, const std::function<void(Archive&)>& read) {
   streams().read(bytes, read);

@@ -7,10 +7,6 @@
 // time. repr, dictionaries and pickling walk `_fields` in Python (records.py).
 #pragma once
 
-#include "convert.h"
-#include "errors.h"
-#include "python.h"
-
 #include <database_entry/foundations/archive_encodings.h>
 #include <utilities/archive.h>
 #include <utilities/fields.h>
@@ -23,6 +19,10 @@
 #include <tuple>
 #include <utility>
 #include <vector>
+
+#include "convert.h"
+#include "errors.h"
+#include "python.h"
 
 // The C++ object of a Python object. Throws TypeError where __init__ of the class was never called.
 template <class T>
@@ -69,7 +69,8 @@ template <class Record, std::size_t index>
 struct BoundField {
   static constexpr auto field = std::get<index>(Record::fields());
   using Value = typename std::remove_const_t<decltype(field)>::Type;
-  static constexpr bool is_writable = std::is_same_v<std::remove_const_t<decltype(field)>, Field<Record, Value>>;
+  static constexpr bool is_writable =
+      std::is_same_v<std::remove_const_t<decltype(field)>, Field<Record, Value>>;
   static constexpr bool is_list = is_writable && is_vector<Value>;
 
   static std::string type_name() {
@@ -92,9 +93,7 @@ struct BoundField {
     });
   }
 
-  static int set(PyObject* self, PyObject* value, void*) noexcept
-    requires is_writable
-  {
+  static int set(PyObject* self, PyObject* value, void*) noexcept requires is_writable {
     try {
       if (value == nullptr)
         throw py::attribute_error(bound_name<Record> + "." + field.name + " cannot be deleted");
@@ -106,9 +105,7 @@ struct BoundField {
     }
   }
 
-  static void assign(Record& record, py::handle value)
-    requires is_writable
-  {
+  static void assign(Record& record, py::handle value) requires is_writable {
     naming(bound_name<Record>, field.name, [&] { field.of(record) = Converter<Value>::from(value); });
   }
 };
@@ -215,9 +212,12 @@ py::class_<Record, THandle<Record>> bind_fields(py::module_& module, const char*
     bound.def("__str__", [](const Record& record) { return Converter<std::string>::to(printed(record)); });
   }
   if constexpr (requires(const Record& record, Archive& archive) { record.write(archive); }) {
-    bound.def("to_bytes", [](const Record& record) {
-      return py::bytes(archived_bytes([&](Archive& archive) { record.write(archive); }));
-    }, "The record as an archive holds it.");
+    bound.def(
+        "to_bytes",
+        [](const Record& record) {
+          return py::bytes(archived_bytes([&](Archive& archive) { record.write(archive); }));
+        },
+        "The record as an archive holds it.");
     bound.def("_read_bytes", [](Record& record, const std::string& bytes) {
       read_archived_bytes(bytes, [&](Archive& archive) { record.read(archive); });
     });

@@ -1,6 +1,4 @@
 // Publication, chemical, crystal and editors' information, published geometry.
-#include "list.h"
-
 #include <database_entry/records/chemical_info.h>
 #include <database_entry/records/crystal_info.h>
 #include <database_entry/records/editors_info.h>
@@ -8,6 +6,8 @@
 #include <database_entry/records/published_geometry.h>
 #include <mathematics/uncertain_value.h>
 #include <utilities/date.h>
+
+#include "list.h"
 
 // A class of its number or its text, a journal of its number, wherever one is wanted.
 template <>
@@ -70,7 +70,8 @@ void bind_journal(py::module_& module) {
   });
   bind_enumeration<Journal::State>(journal);
   journal.def_property_readonly(
-      "state", [](const Journal& self) { return enumeration_object(static_cast<Journal::State>(self.state())); },
+      "state",
+      [](const Journal& self) { return enumeration_object(static_cast<Journal::State>(self.state())); },
       "Journal.State: whether the journal is published today.");
   journal.def_static("max_vorn_coden", &Journal::max_vorn_coden, "The number of journals in the list.");
 }
@@ -97,9 +98,10 @@ void bind_records(py::module_& module) {
   bind_uncertain_value(module);
   bind_journal(module);
   bind_record<Publication>(module, "Publication")
-      .def("authors_comma_delimited",
-           [](const Publication& self) { return Converter<std::string>::to(self.authors_comma_delimited()); },
-           "The authors in one text, joined by ', '.");
+      .def(
+          "authors_comma_delimited",
+          [](const Publication& self) { return Converter<std::string>::to(self.authors_comma_delimited()); },
+          "The authors in one text, joined by ', '.");
 
   bind_classification(module);
   bind_list<ChemicalClassification>(module, "ChemicalClassifications");

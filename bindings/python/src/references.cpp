@@ -1,9 +1,9 @@
 // Cross-references as a set, depositions as a mapping. The methods here are those that the classes of
 // collections.abc build all others on (records.py).
-#include "record.h"
-
 #include <database_entry/references/cross_reference_info.h>
 #include <database_entry/references/deposition_info.h>
+
+#include "record.h"
 
 // The set as a tuple, in its order.
 template <>
@@ -12,7 +12,8 @@ struct Converter<CrossReferenceInfo::CrossReferences> {
   static py::object to(const CrossReferenceInfo::CrossReferences& references) {
     py::tuple items(references.size());
     std::size_t i = 0;
-    for (const DatabaseCrossReference& each : references) items[i++] = Converter<DatabaseCrossReference>::to(each);
+    for (const DatabaseCrossReference& each : references)
+      items[i++] = Converter<DatabaseCrossReference>::to(each);
     return items;
   }
 };
@@ -52,14 +53,20 @@ void bind_cross_reference(py::module_& module) {
             }),
             py::arg("type"), py::arg("text") = "",
             "A text, after which the identifiers come in brackets: (type, \"Isomer of\", \"ABCDEF\").");
-  bound.def("identifiers", [](const Reference& self) {
-    std::vector<DatabaseEntryIdentifier> found;
-    self.identifiers(found);
-    return identifiers_of(found);
-  }, "The identifiers in brackets in the text: six-letter ones first, repeated ones too.");
-  bound.def_static("scope", [](py::handle type) {
-    return Reference::scope(enumeration_value<Reference::CrossReferenceType>(type));
-  }, py::arg("type"), "Whether the type relates different forms of one compound.");
+  bound.def(
+      "identifiers",
+      [](const Reference& self) {
+        std::vector<DatabaseEntryIdentifier> found;
+        self.identifiers(found);
+        return identifiers_of(found);
+      },
+      "The identifiers in brackets in the text: six-letter ones first, repeated ones too.");
+  bound.def_static(
+      "scope",
+      [](py::handle type) {
+        return Reference::scope(enumeration_value<Reference::CrossReferenceType>(type));
+      },
+      py::arg("type"), "Whether the type relates different forms of one compound.");
 }
 
 void bind_cross_references(py::module_& module) {
@@ -79,8 +86,9 @@ void bind_cross_references(py::module_& module) {
             py::arg("references") = py::tuple());
   bound.def("add", add, py::arg("reference"), "Adds a copy, unless one of the same type and text is there.");
   bound.def("insert", add, py::arg("reference"), "The same as add().");
-  bound.def("discard", [erase](CrossReferenceInfo& self, py::handle reference) { erase(self, reference); },
-            py::arg("reference"));
+  bound.def(
+      "discard", [erase](CrossReferenceInfo& self, py::handle reference) { erase(self, reference); },
+      py::arg("reference"));
   bound.def("erase", erase, py::arg("reference"), "The number removed, 0 or 1.");
   bound.def("clear", &CrossReferenceInfo::clear);
   bound.def("__len__", &CrossReferenceInfo::size);
@@ -93,14 +101,18 @@ void bind_cross_references(py::module_& module) {
   });
   bound.def("__iter__", [](const CrossReferenceInfo& self) {
     py::list references;
-    for (const DatabaseCrossReference& each : self) references.append(Converter<DatabaseCrossReference>::to(each));
+    for (const DatabaseCrossReference& each : self)
+      references.append(Converter<DatabaseCrossReference>::to(each));
     return py::iter(references);
   });
-  bound.def("cross_related_identifiers", [](const CrossReferenceInfo& self) {
-    std::vector<DatabaseEntryIdentifier> found;
-    self.cross_related_identifiers(found);
-    return identifiers_of(found);
-  }, "The identifiers in all references, in the order of the set.");
+  bound.def(
+      "cross_related_identifiers",
+      [](const CrossReferenceInfo& self) {
+        std::vector<DatabaseEntryIdentifier> found;
+        self.cross_related_identifiers(found);
+        return identifiers_of(found);
+      },
+      "The identifiers in all references, in the order of the set.");
 }
 
 void bind_depositions(py::module_& module) {
@@ -142,24 +154,40 @@ void bind_depositions(py::module_& module) {
     if (!self.has_text(wanted)) throw py::key_error(py::cast<std::string>(py::repr(type)));
     while (self.has_text(wanted)) self.set_text(wanted, "");
   });
-  bound.def("set_text", [](DepositionInfo& self, py::handle type, py::handle text) {
-    self.set_text(enumeration_value<Type>(type), Converter<std::string>::from(text));
-  }, py::arg("type"), py::arg("text"), "As in C++: a text that is there stays in front; an empty text removes it.");
-  bound.def("has_text", [](const DepositionInfo& self, py::handle type) {
-    return self.has_text(enumeration_value<Type>(type));
-  }, py::arg("type"));
-  bound.def("text", [](const DepositionInfo& self, py::handle type) {
-    return Converter<std::string>::to(self.text(enumeration_value<Type>(type)));
-  }, py::arg("type"), "The first text of the type; empty when there is none.");
-  bound.def("deposition_numbers", [](const DepositionInfo& self, py::handle type) {
-    std::vector<std::string> numbers;
-    self.deposition_numbers(enumeration_value<Type>(type), numbers);
-    return py::list(Converter<std::vector<std::string>>::to(numbers));
-  }, py::arg("type"), "The numbers in that text.");
-  bound.def_static("validate_deposition_code", [](py::handle type, py::handle code) {
-    return DepositionInfo::validate_deposition_code(enumeration_value<Type>(type),
-                                                    Converter<std::string>::from(code));
-  }, py::arg("type"), py::arg("code"), "Whether the code has the form of its kind.");
+  bound.def(
+      "set_text",
+      [](DepositionInfo& self, py::handle type, py::handle text) {
+        self.set_text(enumeration_value<Type>(type), Converter<std::string>::from(text));
+      },
+      py::arg("type"), py::arg("text"),
+      "As in C++: a text that is there stays in front; an empty text removes it.");
+  bound.def(
+      "has_text",
+      [](const DepositionInfo& self, py::handle type) {
+        return self.has_text(enumeration_value<Type>(type));
+      },
+      py::arg("type"));
+  bound.def(
+      "text",
+      [](const DepositionInfo& self, py::handle type) {
+        return Converter<std::string>::to(self.text(enumeration_value<Type>(type)));
+      },
+      py::arg("type"), "The first text of the type; empty when there is none.");
+  bound.def(
+      "deposition_numbers",
+      [](const DepositionInfo& self, py::handle type) {
+        std::vector<std::string> numbers;
+        self.deposition_numbers(enumeration_value<Type>(type), numbers);
+        return py::list(Converter<std::vector<std::string>>::to(numbers));
+      },
+      py::arg("type"), "The numbers in that text.");
+  bound.def_static(
+      "validate_deposition_code",
+      [](py::handle type, py::handle code) {
+        return DepositionInfo::validate_deposition_code(enumeration_value<Type>(type),
+                                                        Converter<std::string>::from(code));
+      },
+      py::arg("type"), py::arg("code"), "Whether the code has the form of its kind.");
 }
 
 }  // namespace

@@ -5,10 +5,10 @@
 // method raises passes through C++ as it is.
 #pragma once
 
+#include <database_entry/entries/components.h>
+
 #include "convert.h"
 #include "python.h"
-
-#include <database_entry/entries/components.h>
 
 class PythonSource : public CrystalStructureDatabaseEntryDataSource {
  public:
@@ -18,9 +18,9 @@ class PythonSource : public CrystalStructureDatabaseEntryDataSource {
     return Converter<DatabaseEntryIdentifier>::from(source_.attr("identifier")());
   }
 
-#define DATABASE_ENTRY_ASKED(number, name, label, Type)                 \
-  [[nodiscard]] THandle<Type> name() const override {                   \
-    return Converter<THandle<Type>>::from(source_.attr(#name)());       \
+#define DATABASE_ENTRY_ASKED(number, name, label, Type)           \
+  [[nodiscard]] THandle<Type> name() const override {             \
+    return Converter<THandle<Type>>::from(source_.attr(#name)()); \
   }
   DATABASE_ENTRY_COMPONENTS(DATABASE_ENTRY_ASKED, DATABASE_ENTRY_ASKED)
 #undef DATABASE_ENTRY_ASKED

@@ -1,14 +1,15 @@
 // What all other sources convert with.
-#include "convert.h"
-#include "errors.h"
-
 #include <pybind11/numpy.h>
 
 #include <cstring>
 
+#include "convert.h"
+#include "errors.h"
+
 void throw_type_error(const std::string& wanted, py::handle given) {
-  throw py::type_error("expected " + wanted + ", not " + py::cast<std::string>(py::repr(given)).substr(0, 60) +
-                       " (" + Py_TYPE(given.ptr())->tp_name + ")");
+  throw py::type_error("expected " + wanted + ", not " +
+                       py::cast<std::string>(py::repr(given)).substr(0, 60) + " (" +
+                       Py_TYPE(given.ptr())->tp_name + ")");
 }
 
 int Converter<int>::from(py::handle object) {
@@ -42,8 +43,8 @@ std::string Converter<std::string>::from(py::handle object) {
   if (const char* const text = PyUnicode_AsUTF8AndSize(object.ptr(), &length))
     return std::string(text, static_cast<std::size_t>(length));
   PyErr_Clear();
-  const auto bytes = py::reinterpret_steal<py::bytes>(
-      PyUnicode_AsEncodedString(object.ptr(), "utf-8", "surrogateescape"));
+  const auto bytes =
+      py::reinterpret_steal<py::bytes>(PyUnicode_AsEncodedString(object.ptr(), "utf-8", "surrogateescape"));
   if (!bytes) throw py::error_already_set();
   return std::string(bytes);
 }
@@ -51,7 +52,9 @@ std::string Converter<std::string>::from(py::handle object) {
 py::object Converter<DatabaseEntryIdentifier>::to(const DatabaseEntryIdentifier& value) {
   // One reference that is never given back.
   static PyObject* const type =
-      py::object(py::module_::import("database_entry.values").attr("DatabaseEntryIdentifier")).release().ptr();
+      py::object(py::module_::import("database_entry.values").attr("DatabaseEntryIdentifier"))
+          .release()
+          .ptr();
   return py::reinterpret_borrow<py::object>(type)(Converter<std::string>::to(value.text()));
 }
 

@@ -1,0 +1,48 @@
+"""What the atoms of an entry say of its other components, checks of an entry, and pictures."""
+
+import datetime
+import os
+from collections import namedtuple
+from types import SimpleNamespace
+
+from . import _database_entry as _c
+
+Finding = namedtuple("Finding", "number where sentence")
+Finding.__doc__ = "What a check has found: a number that never changes, where in the entry, and what was seen."
+
+
+class PerceptionReport(SimpleNamespace):
+    """`filled`: the components that were made; `notes`: what was not made, and why; `moieties`: triples of formula,
+    dimension (0 for molecules) and number in the cell; `bonds` of one cell; `z` and `z_prime`, 0.0 if not known."""
+
+
+def perceive(entry, *, draw=True, frameworks=False):
+    """Another entry with connectivity, diagram, matches and disorder from its atoms, and a PerceptionReport.
+
+    What the entry has stays. `draw=False` leaves the diagram out; `frameworks=True` gives a connectivity to what is
+    not made of molecules too.
+    """
+    perceived, report = _c._perceive(entry, draw, frameworks)
+    return perceived, PerceptionReport(**report)
+
+
+def check(entry, year=None):
+    """What an editor would ask before the entry is accepted, as a list of Finding. `year` is the present one."""
+    return [Finding(*row) for row in _c._check(entry, datetime.date.today().year if year is None else year)]
+
+
+def picture(entry, kind="diagram", format="svg", *, view="", labels=False, width=800, height=600):
+    """The picture of an entry as bytes: its "diagram", its "cell" or a "molecule"; "svg", "png" or "pdf".
+
+    `view` is "a", "b", "c" or "x,y,z", the lattice vector along which one looks. Width and height are pixels of a
+    PNG and points of the others. Raises PerceptionError where there is nothing to draw.
+    """
+    return _c._picture(entry, kind, format, view, labels, width, height)
+
+
+def save_picture(entry, path, kind="diagram", **options):
+    """Writes the picture to a file, whose ending says the format."""
+    format = os.path.splitext(os.fspath(path))[1].lstrip(".").lower()
+    drawn = picture(entry, kind, format, **options)
+    with open(path, "wb") as file:
+        file.write(drawn)
