@@ -4,6 +4,7 @@
 #include <perception/diagram.h>
 #include <perception/disorder.h>
 #include <perception/elements.h>
+#include <perception/entry_bonds.h>
 #include <perception/molecules.h>
 #include <perception/perception_error.h>
 
@@ -56,7 +57,7 @@ std::vector<Molecule> perceived_molecules(const CrystalMaker& maker, CrystalBond
 class Perceiving {
  public:
   Perceiving(const CrystalStructureDatabaseEntry& entry, const PerceptionOptions& options)
-      : options_(options) {
+      : options_(options), bond_options_(bond_options_of(entry)) {
     for_each_component([&](auto component) { handles_[component] = component.get(entry); });
     identifier_ = entry.identifier();
   }
@@ -85,16 +86,10 @@ class Perceiving {
         return;
       }
     }
-    BondOptions bond_options;
-    const THandle<EditorsInfo> editors = handle<ComponentKind::editors_info>();
-    if (!editors.is_null() && editors->bonding_tolerance > 0.0 && editors->bonding_tolerance <= 5.0)
-      bond_options.tolerance = editors->bonding_tolerance;
-    const THandle<DisorderSelectors> selectors = handle<ComponentKind::disorder_selector>();
-    if (!selectors.is_null()) bond_options.alternatives = *selectors;
     try {
-      CrystalBonds crystal = perceive_bonds(*maker, bond_options);
+      CrystalBonds crystal = perceive_bonds(*maker, bond_options_);
       const std::vector<Molecule> list = perceived_molecules(
-          *maker, crystal, sites_not_shown(*maker, crystal.packed, bond_options.alternatives));
+          *maker, crystal, sites_not_shown(*maker, crystal.packed, bond_options_.alternatives));
       report_.bonds = crystal.bonds.size();
       count_moieties(*maker, list);
       connect(*maker, crystal, list);
@@ -259,6 +254,7 @@ class Perceiving {
   }
 
   PerceptionOptions options_;
+  BondOptions bond_options_;
   DatabaseEntryIdentifier identifier_;
   ComponentHandles handles_;
   PerceptionReport report_;

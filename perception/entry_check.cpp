@@ -3,6 +3,7 @@
 #include <perception/bonds.h>
 #include <perception/components.h>
 #include <perception/elements.h>
+#include <perception/entry_bonds.h>
 #include <perception/entry_check.h>
 #include <perception/molecules.h>
 #include <perception/perception_error.h>
@@ -55,7 +56,7 @@ class Check {
         editors_(entry.editors_info()),
         publication_(entry.publication()),
         references_(entry.cross_reference_info()),
-        selectors_(entry.disorder_selector()),
+        bond_options_(bond_options_of(entry)),
         geometry_(entry.published_geometry()) {}
 
   std::vector<Finding> run() && {
@@ -146,11 +147,7 @@ class Check {
   void pack() {
     if (!has_atoms() || !cell_) return;
     try {
-      BondOptions options;
-      if (!editors_.is_null() && editors_->bonding_tolerance > 0.0 && editors_->bonding_tolerance <= 5.0)
-        options.tolerance = editors_->bonding_tolerance;
-      if (!selectors_.is_null()) options.alternatives = *selectors_;
-      bonds_.emplace(perceive_bonds(*maker_, options));
+      bonds_.emplace(perceive_bonds(*maker_, bond_options_));
       for (const PackedAtom& atom : bonds_->packed.atoms()) {
         const Atom& site = *maker_->atoms()[atom.site];
         if (atomic_number(site.element) == 0) {
@@ -191,9 +188,8 @@ class Check {
   }
 
   [[nodiscard]] bool are_alternatives(std::size_t first, std::size_t second) const {
-    if (selectors_.is_null()) return false;
     const auto place = [&](std::size_t site) {
-      for (const THandle<DisorderSelector>& selector : *selectors_)
+      for (const THandle<DisorderSelector>& selector : bond_options_.alternatives)
         if (!selector.is_null())
           for (const THandle<Atom>& atom : selector->atoms)
             if (atom == maker_->atoms()[site]) return std::pair(selector->assembly, selector->group);
@@ -403,7 +399,7 @@ class Check {
   THandle<EditorsInfo> editors_;
   THandle<Publication> publication_;
   THandle<CrossReferenceInfo> references_;
-  THandle<DisorderSelectors> selectors_;
+  BondOptions bond_options_;
   THandle<PublishedGeometry> geometry_;
   std::optional<CellGeometry> cell_;
   std::optional<CrystalBonds> bonds_;

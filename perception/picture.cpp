@@ -3,6 +3,7 @@
 #include <perception/components.h>
 #include <perception/disorder.h>
 #include <perception/elements.h>
+#include <perception/entry_bonds.h>
 #include <perception/molecules.h>
 #include <perception/perception_error.h>
 #include <perception/picture.h>
@@ -354,12 +355,7 @@ struct Crystal {
 Crystal crystal_of(const CrystalStructureDatabaseEntry& entry) {
   const THandle<CrystalMaker> maker = entry.crystal_maker();
   if (maker.is_null() || maker->atoms().empty()) throw PerceptionError("There are no atoms to draw");
-  BondOptions options;
-  const THandle<EditorsInfo> editors = entry.editors_info();
-  if (!editors.is_null() && editors->bonding_tolerance > 0.0 && editors->bonding_tolerance <= 5.0)
-    options.tolerance = editors->bonding_tolerance;
-  const THandle<DisorderSelectors> selectors = entry.disorder_selector();
-  if (!selectors.is_null()) options.alternatives = *selectors;
+  const BondOptions options = bond_options_of(entry);
   CrystalBonds bonds = perceive_bonds(*maker, options);
   std::vector<bool> hidden = sites_not_shown(*maker, bonds.packed, options.alternatives);
   return {maker, std::move(bonds), std::move(hidden)};

@@ -398,22 +398,6 @@ TEST(ImportedEntry, HasPublishedBondsBetweenItsOwnAtoms) {
   EXPECT_THAT(warnings(entry), Contains("9: the length of a bond is not a number: 'long'"));
 }
 
-TEST(ImportedEntry, HasTheAlternativesOfADisorder) {
-  const ImportResult entry =
-      of_values(atom_loop("_atom_site_disorder_assembly\n_atom_site_disorder_group\n",
-                          "C1 . . 0 0 0\nO1 A 1 0.5 0 0\nO2 A 2 0.6 0 0\nH1 A 2 ? 0 0\nH2 A 1 0.7 0 0\n"
-                          "N1 . -1 0.8 0 0\n"));
-  const auto& atoms = entry.entry->crystal_maker()->atoms();
-  const DisorderSelectors& selectors = *entry.entry->disorder_selector();
-  ASSERT_EQ(selectors.size(), 3U);
-  EXPECT_EQ(selectors[0]->assembly, "A");
-  EXPECT_EQ(selectors[0]->group, "1");
-  EXPECT_EQ(selectors[0]->atoms, (std::vector{atoms[1], atoms[3]}));
-  EXPECT_EQ(selectors[1]->atoms, (std::vector{atoms[2]}));
-  EXPECT_EQ(selectors[2]->group, "-1");
-  EXPECT_TRUE(of_values(atom_loop("", "C1 0 0 0\n")).entry->disorder_selector().is_null());
-}
-
 // ---- Blocks, line ends, and what is stored
 
 TEST(ImportedFile, InheritsTheValuesOfAGlobalSection) {
