@@ -53,6 +53,7 @@ class CommandLine {
     add_perceive();
     add_check();
     add_picture();
+    add_export();
     add_set();
     add_stores();
     add_help();
@@ -278,6 +279,20 @@ class CommandLine {
     add_format(app, set_.format);
   }
 
+  void add_export() {
+    CLI::App* app =
+        add("export", "Write entries in a format that other programs read", export_, export_command,
+            [this] { take_collection("export", {&export_.collection}, &export_.identifiers); });
+    add_collection(app, export_.collection);
+    add_identifiers(app, export_.identifiers, "Identifiers (default: all entries)");
+    app->add_option("--where", export_.where, "Only entries that a query finds")->type_name("QUERY");
+    app->add_option("--to", export_.to, fmt::format("{}", fmt::join(export_formats(), ", ")))
+        ->type_name("FORMAT");
+    add_output(app, export_.output, "The file to write");
+    app->add_option("-c,--columns", export_.columns, "Of CSV, as list has them")->type_name("COLUMNS");
+    add_force(app, export_.force);
+  }
+
   void add_picture() {
     CLI::App* app =
         add("picture", "Draw the diagram, the cell or the molecules of entries", picture_, picture_command,
@@ -461,6 +476,7 @@ class CommandLine {
   FindOptions find_;
   PerceiveOptions perceive_;
   CheckCommandOptions check_;
+  ExportOptions export_;
   SetOptions set_;
   PictureCommandOptions picture_;
   StoreOptions init_;

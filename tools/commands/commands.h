@@ -176,5 +176,17 @@ struct PictureCommandOptions {
 };
 ExitCode picture_command(const PictureCommandOptions& options, Terminal& terminal);
 
-// What `stats` can be asked, for its help.
+struct ExportOptions {
+  std::string collection;
+  std::vector<std::string> identifiers;  // none: all entries
+  std::string where;                     // a query in the short form; empty: all entries
+  std::string to;                        // the format
+  std::string output;
+  std::string columns;  // of CSV
+  bool force = false;
+};
+ExitCode export_command(const ExportOptions& options, Terminal& terminal);
+
+// What `export` can write, and what `stats` can be asked, for their help.
+[[nodiscard]] std::vector<std::string> export_formats();
 [[nodiscard]] std::vector<std::string> stats_questions();

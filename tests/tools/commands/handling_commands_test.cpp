@@ -113,6 +113,30 @@ TEST(Remove, ChangesNothingWhenAnEntryIsMissing) {
   EXPECT_EQ(folder.file_count(), 1U);
 }
 
+// ---- Export
+
+TEST(Export, WritesWhatOtherCommandsPrintOfTheSameEntries) {
+  EXPECT_EQ(run({"export", archive, "--to", "archive", "-o", "-"}).out, one);
+  EXPECT_EQ(run({"export", archive, "--to", "json", "-o", "-"}).out,
+            run({"show", archive, "-f", "json"}).out);
+  EXPECT_EQ(run({"export", archive, "--to", "jsonl", "-o", "-"}).out,
+            run({"show", archive, "-f", "jsonl"}).out);
+  EXPECT_EQ(run({"export", archive, "--to", "csv", "-o", "-"}).out, run({"list", archive, "-f", "csv"}).out);
+}
+
+TEST(Export, TakesWhatAQueryFindsAndReplacesItsOwnKind) {
+  const TemporaryFolder folder;
+  const std::string output = folder.file("x.csv");
+  for (const char* query : {"year=1979", "year=1980"}) {
+    EXPECT_EQ(
+        run({"export", archive, "--where", query, "--to", "csv", "-c", "identifier", "-o", output}).code, 0);
+  }
+  EXPECT_EQ(contents_of_file(output), "identifier\n");
+  EXPECT_EQ(run({"export", archive, "--to", "json", "-o", output}).code, 2);
+  EXPECT_EQ(run({"export", archive, "--to", "jsno", "-o", output}).messages,
+            "dbentry: export: unknown format 'jsno'; did you mean 'json'?\n");
+}
+
 // ---- Set
 
 struct SetCase {
