@@ -1,4 +1,5 @@
 #include <exchange/cif_reader.h>
+#include <exchange/entry_json.h>
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -9,6 +10,8 @@
 #include "exchange/cif/block_kind.h"
 #include "exchange/cif/components.h"
 #include "exchange/cif/document.h"
+#include "exchange/cif/own_tags.h"
+#include "exchange/cif/readable_text.h"
 #include "exchange/cif/tags.h"
 #include "exchange/cif/values.h"
 
@@ -243,8 +246,33 @@ class CifReader::Impl {
                   THandle<ConnectivityDiagramMatch>(), THandle<CrystalConnectivityMatch>(),
                   THandle<CrossReferenceInfo>(new CrossReferenceInfo), deposition_info,
                   disorder_selectors_of(source, atoms), published_geometry_of(source, atoms)));
+    take_own_tags(block, result);
     if (options_.list_not_kept) list_not_kept(block, shared, result);
     return result;
+  }
+
+  // What is under tags of our own prefix is exact: it replaces what the tags of CIF say.
+  void take_own_tags(const CifBlock& block, ImportResult& result) const {
+    nlohmann::ordered_json json;
+    for (const CifOtherTag& other : block.other_tags()) {
+      if (!is_own_tag(other.tag) || other.column.count != 1) continue;
+      if (json.is_null()) json = entry_json(*result.entry);
+      const std::string raw(other.column[0]);
+      if (!put_own_tag(std::string(other.tag), own_tag_value(cif_string(raw)), json))
+        result.warnings.push_back({other.column.line, "unknown tag " + std::string(other.tag)});
+    }
+    if (json.is_null()) return;
+    try {
+      JsonEntry read = entry_from_json(json);
+      result.entry = read.entry;
+      const DatabaseEntryIdentifier identifier = result.entry->identifier();
+      if (options_.identifier_from == ReaderOptions::code) result.identifier = identifier.text();
+      result.entry->set_identifier(DatabaseEntryIdentifier(result.identifier));
+      for (const std::string& name : read.unknown)
+        result.warnings.push_back({result.line, "unknown field " + name + " under a tag of our own"});
+    } catch (const JsonEntryError& error) {
+      result.warnings.push_back({result.line, std::string("tags of our own are not read: ") + error.what()});
+    }
   }
 
   // A code of the whole file names its one structure only.
@@ -270,7 +298,7 @@ class CifReader::Impl {
   static void add_tags(const CifBlock& block, std::vector<std::string>& tags) {
     const std::size_t own = tags.size();
     for (const CifOtherTag& other : block.other_tags()) {
-      if (!other.column.has_value()) continue;
+      if (is_own_tag(other.tag) || !other.column.has_value()) continue;
       const auto end = tags.begin() + static_cast<std::ptrdiff_t>(own);
       if (std::find(tags.begin(), end, other.tag) == end) tags.emplace_back(other.tag);
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <initializer_list>
 
+#include "exchange/cif/tag_index.h"
 #include "exchange/cif/tags.h"
 
 namespace {
@@ -18,6 +19,11 @@ bool has_any(const CifBlock& block, std::initializer_list<CifTag> tags) {
 }  // namespace
 
 CifBlockKind kind_of(const CifBlock& block) {
+  const std::vector<CifOtherTag>& others = block.other_tags();
+  const auto is_identifier = [](const CifOtherTag& other) {
+    return same_cif_tag(other.tag, "_dbentry_identifier");
+  };
+  if (std::any_of(others.begin(), others.end(), is_identifier)) return CifBlockKind::structure;
   const bool has_atoms = has_any(block, {tag("_atom_site_fract_x"), tag("_atom_site_label")}) &&
                          (has(block, tag("_atom_site_fract_x")) || !has(block, tag("_atom_site_Cartn_x")));
   const bool has_cell = has_any(block, {tag("_cell_length_a"), tag("_cell_length_b"), tag("_cell_length_c")});

@@ -1,6 +1,5 @@
 #include "exchange/cif/journal_finder.h"
 
-
 #include <algorithm>
 #include <array>
 #include <cctype>
