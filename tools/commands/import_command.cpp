@@ -1,5 +1,6 @@
 // import: entries of CIF and JSON files and of collections, into an archive or a store.
 #include <exchange/cif_reader.h>
+#include <exchange/json_reader.h>
 #include <fmt/format.h>
 #include <fmt/ostream.h>
 #include <perception/components.h>
@@ -215,9 +216,8 @@ class Import {
 
   std::unique_ptr<EntryReader> open_reader(const std::string& file, const std::string& text,
                                            const ReaderOptions& reader_options) {
-    if (kind_of_input(file, options_.from) == InputKind::json) {
-      throw ToolError(ExitCode::cannot_open, file + ": JSON cannot be read yet");
-    }
+    if (kind_of_input(file, options_.from) == InputKind::json)
+      return std::make_unique<JsonReader>(text, reader_options);
     return std::make_unique<CifReader>(text, reader_options);
   }
 
