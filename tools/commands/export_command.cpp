@@ -1,4 +1,5 @@
 // export: entries of a collection in a format that other programs read.
+#include <exchange/cif_writer.h>
 #include <exchange/entry_json.h>
 #include <fmt/format.h>
 #include <fmt/ostream.h>
@@ -92,6 +93,22 @@ class CsvExporter : public Exporter {
   TableOutput table_;
 };
 
+class CifExporter : public Exporter {
+ public:
+  explicit CifExporter(const ExportOptions& options) : file_(options.output), writer_(text_) {}
+  void add(const StoredEntry& entry) override {
+    writer_.write(entry);
+    file_.write(text_.str());
+    text_.str("");
+  }
+  void commit() override { file_.commit(); }
+
+ private:
+  AtomicFile file_;
+  std::ostringstream text_;
+  CifWriter writer_;
+};
+
 struct Format {
   const char* name;
   FileKind kind;
@@ -110,6 +127,10 @@ constexpr std::array formats = {
     Format{"jsonl", FileKind::json,
            [](const ExportOptions& options) -> std::unique_ptr<Exporter> {
              return std::make_unique<JsonExporter>(options, true);
+           }},
+    Format{"cif", FileKind::cif,
+           [](const ExportOptions& options) -> std::unique_ptr<Exporter> {
+             return std::make_unique<CifExporter>(options);
            }},
     Format{"csv", FileKind::csv,
            [](const ExportOptions& options) -> std::unique_ptr<Exporter> {

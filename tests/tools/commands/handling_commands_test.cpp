@@ -137,6 +137,17 @@ TEST(Export, TakesWhatAQueryFindsAndReplacesItsOwnKind) {
             "dbentry: export: unknown format 'jsno'; did you mean 'json'?\n");
 }
 
+TEST(Export, GivesCifAndJsonThatAreImportedByteForByte) {
+  const TemporaryFolder folder;
+  for (const char* format : {"cif", "json", "jsonl"}) {
+    const std::string file = folder.file(std::string("x.") + format);
+    const std::string back = folder.file(std::string("back-") + format);
+    EXPECT_EQ(run({"export", archive, "--to", format, "-o", file}).code, 0);
+    EXPECT_EQ(run({"import", file, "-o", back}).code, 0);
+    EXPECT_EQ(run({"diff", archive, back}).out, "") << format;
+  }
+}
+
 // ---- Set
 
 struct SetCase {
