@@ -229,6 +229,7 @@ TEST(ArchivedEntry, PassesOnWhatARecordRefuses) {
 
 TEST(ArchivedEntry, SeesAFullDiskWhenItIsFlushed) {
   const File full(std::fopen("/dev/full", "wb"));
+  if (full == nullptr) GTEST_SKIP() << "no device here is always full";
   ASSERT_NE(full, nullptr);
   Archive archive(full.get());
   sample_entry().write(archive);

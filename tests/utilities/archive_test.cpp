@@ -111,6 +111,7 @@ TEST(Archive, SaysThatAStreamOpenForReadingCannotBeWritten) {
 
 TEST(Archive, SeesAFullDiskWhenItFlushes) {
   const File file(std::fopen("/dev/full", "w"));
+  if (file == nullptr) GTEST_SKIP() << "no device here is always full";
   Archive archive(file.get());
   archive << 1;
   EXPECT_EQ(message_of<ArchiveError>([&] { archive.flush(); }),
@@ -119,6 +120,7 @@ TEST(Archive, SeesAFullDiskWhenItFlushes) {
 
 TEST(Archive, FailsEveryFlushAfterALostWrite) {
   const File file(std::fopen("/dev/full", "w"));
+  if (file == nullptr) GTEST_SKIP() << "no device here is always full";
   Archive archive(file.get());
   archive << 1;
   EXPECT_THROW(archive.flush(), ArchiveError);

@@ -6,6 +6,26 @@
 #include <cstdlib>
 #include <string>
 
+#ifdef _WIN32  // has no streams over memory: files instead
+
+[[nodiscard]] inline File stream_of(const std::string& contents) {
+  return file_with(contents);
+}
+
+class MemorySink {
+ public:
+  [[nodiscard]] FILE* stream() const { return file_.get(); }
+  [[nodiscard]] std::string contents() const {
+    std::fflush(file_.get());
+    return contents_of(file_.get());
+  }
+
+ private:
+  File file_ = file_with("");
+};
+
+#else
+
 // A stream that gives `contents`, which must outlive it.
 [[nodiscard]] inline File stream_of(const std::string& contents) {
   return File(fmemopen(const_cast<char*>(contents.data()), contents.size(), "r"));
@@ -33,6 +53,8 @@ class MemorySink {
   std::size_t size_ = 0;
   FILE* stream_;
 };
+
+#endif
 
 // The bytes of anything that can write itself.
 template <class T>
