@@ -29,6 +29,8 @@
 namespace {
 
 constexpr std::size_t entry_count = 1000;
+// Far more than the caches of a processor hold.
+constexpr std::size_t small_entry_count = 20'000;
 
 struct Options {
   std::string json = {};
@@ -104,10 +106,13 @@ void run(std::vector<std::string> arguments) {
     }
     add_import_case(suite, options.dbentry, options.crystals, options.archive);
   }
-  const StoredEntries plain = synthetic_entries(count, false);
+  const StoredEntries plain = synthetic_entries(count, EntryForm::plain);
   add_entries(suite, "without atoms", plain, true);
-  add_entries(suite, "with atoms", synthetic_entries(count, true), false);
+  add_entries(suite, "with atoms", synthetic_entries(count, EntryForm::with_atoms), false);
   if (!options.archive.empty()) add_entries(suite, "imported", stored_entries(options.archive), false);
+  const StoredEntries small = synthetic_entries(options.quick ? count : small_entry_count, EntryForm::small);
+  suite.note("Entries each in memory of its own: " + description(small));
+  add_separate_entry_cases(suite, small);
   add_scale_cases(suite, plain, options.quick ? 2 * count : options.many);
   add_expression_cases(suite);
   add_record_cases(suite);

@@ -7,20 +7,20 @@ namespace {
 
 class Generator {
  public:
-  explicit Generator(bool with_atoms) : with_atoms_(with_atoms) {}
+  explicit Generator(EntryForm form) : form_(form) {}
 
   plain::Entry entry() {
     plain::Entry entry;
     entry.identifier = joined(random_.letters(6), random_.one_in(2) ? random_.digits(2) : "");
     entry.cell = cell();
     entry.crystal_maker.cell = entry.cell;
-    if (with_atoms_) entry.crystal_maker.atoms = atoms();
+    if (form_ == EntryForm::with_atoms) entry.crystal_maker.atoms = atoms();
     entry.publication = publication();
     entry.experimental_info = experimental_info();
     entry.editors_info = editors_info();
     entry.chemical_info = chemical_info();
     entry.crystal_info = crystal_info();
-    if (with_atoms_) entry.connectivity = connectivity();
+    if (form_ == EntryForm::with_atoms) entry.connectivity = connectivity();
     entry.cross_references = cross_references();
     entry.depositions = depositions();
     return entry;
@@ -33,7 +33,9 @@ class Generator {
   plain::Cell cell() {
     plain::Cell cell = {
         random_.real(3, 30), random_.real(3, 30), random_.real(3, 30), 90, random_.real(90, 120), 90, {}};
-    for (std::size_t count = 4 * random_.below(6) + 3; count > 0; --count) {
+    std::size_t count = 4 * random_.below(6) + 3;
+    if (form_ == EntryForm::small) count = 4;
+    for (; count > 0; --count) {
       cell.operators.push_back({{1, 0, 0, 0, -1, 0, 0, 0, 1}, {0.0, 0.5, random_.real(0, 1)}});
     }
     return cell;
@@ -157,13 +159,13 @@ class Generator {
   }
 
   RandomText random_{1965};
-  bool with_atoms_;
+  EntryForm form_;
 };
 
 }  // namespace
 
-StoredEntries synthetic_entries(std::size_t count, bool with_atoms) {
-  Generator generator(with_atoms);
+StoredEntries synthetic_entries(std::size_t count, EntryForm form) {
+  Generator generator(form);
   StoredEntries entries;
   for (std::size_t index = 0; index < count; ++index) {
     plain::write_entry(generator.entry(), entries.bytes);

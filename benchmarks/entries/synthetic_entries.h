@@ -5,8 +5,10 @@
 
 #include "storages/storage.h"
 
-// About 2,700 bytes each: 65 texts among some 430 scalars and texts. With atoms, ten to sixty of them more.
-StoredEntries synthetic_entries(std::size_t count, bool with_atoms);
+// All have 65 texts. Plain ones have some 450 scalars and texts in 2,700 bytes; those with atoms ten to sixty
+// atoms more; small ones four symmetry operators a cell and 1,700 bytes.
+enum class EntryForm { plain, with_atoms, small };
+StoredEntries synthetic_entries(std::size_t count, EntryForm form);
 
 // The entries of a stored archive, back to back in the file. Throws std::runtime_error when it cannot be read
 // or holds something else.

@@ -48,6 +48,25 @@ const std::vector<Subject>& subjects() {
   return all;
 }
 
+// One file to write over and one to read, so that every round finds its pages in place. They are closed with
+// the program.
+void measure_files(Suite& suite, const std::string& write_case, const std::string& read_case,
+                   const char* subject, const std::shared_ptr<Storage>& storage,
+                   const StoredEntries& entries) {
+  FILE* written = file_in_memory();
+  FILE* read = file_in_memory();
+  storage->write_file(read);
+  suite.measure(write_case, subject, entries.size(), entries.bytes.size(), [storage, written] {
+    std::rewind(written);
+    storage->write_file(written);
+    std::fflush(written);
+  });
+  suite.measure(read_case, subject, entries.size(), entries.bytes.size(), [storage, read] {
+    std::rewind(read);
+    storage->read_file(read);
+  });
+}
+
 void add_deep_copy(Suite& suite, const std::string& case_name, const StoredEntries& entries) {
   auto values = std::make_shared<std::vector<plain::Entry>>();
   for (std::size_t index = 0; index < entries.size(); ++index) {
@@ -73,22 +92,10 @@ void add_archive_cases(Suite& suite, const std::string& kind, const StoredEntrie
   const std::string read_memory = "read from memory, " + kind;
   for (const Subject& subject : subjects()) {
     const std::shared_ptr<Storage> storage = subject.make(entries);
-    // One file to write over and one to read, so that every round finds its pages in place.
-    FILE* written = file_in_memory();
-    FILE* read = file_in_memory();
-    storage->write_file(read);
+    measure_files(suite, write_file, read_file, subject.name, storage, entries);
     const auto measure = [&](const std::string& case_name, auto pass) {
       suite.measure(case_name, subject.name, entries.size(), entries.bytes.size(), pass);
     };
-    measure(write_file, [storage, written] {
-      std::rewind(written);
-      storage->write_file(written);
-      std::fflush(written);
-    });
-    measure(read_file, [storage, read] {
-      std::rewind(read);
-      storage->read_file(read);
-    });
     measure(write_memory, [storage] { storage->write_memory(); });
     measure(read_memory, [storage] { storage->read_memory(); });
   }
@@ -106,4 +113,24 @@ void add_archive_cases(Suite& suite, const std::string& kind, const StoredEntrie
   suite.expect(read_file, {"protobuf, arena", Goal::at_least_times_faster, 2.0});
   suite.expect(read_file, {"Boost.Serialization, binary", Goal::at_least_times_faster, 1.5});
   suite.expect(read_file, {"FlatBuffers, object interface", Goal::at_least_times_faster, 1.2});
+}
+
+void add_separate_entry_cases(Suite& suite, const StoredEntries& entries) {
+  const std::string write = "write to a file, each in memory of its own";
+  const std::string read = "read from a file into new entries";
+  for (const Subject& subject : subjects()) {
+    if (subject.name == portable) continue;
+    const MakeStorage make = subject.make == archive_storage ? separate_storage : subject.make;
+    measure_files(suite, write, read, subject.name, make(entries), entries);
+  }
+  suite.expect(write, {"msgpack", Goal::at_least_times_faster, 1.2});
+  suite.expect(write, {"msgpack", Goal::at_least_times_faster, 1.3});
+  suite.expect(write, {"Boost.Serialization, binary", Goal::at_least_times_faster, 1.65});
+  suite.expect(write, {"Boost.Serialization, binary", Goal::at_least_times_faster, 1.8});
+  suite.expect(read, {"FlatBuffers, object interface", Goal::at_least_times_faster, 1.0});
+  suite.expect(read, {"FlatBuffers, object interface", Goal::at_least_times_faster, 1.15});
+  suite.expect(read, {"Boost.Serialization, binary", Goal::at_least_times_faster, 1.3});
+  suite.expect(read, {"Boost.Serialization, binary", Goal::at_least_times_faster, 1.45});
+  suite.expect(read, {"protobuf, arena", Goal::at_least_times_faster, 1.6});
+  suite.expect(read, {"protobuf, arena", Goal::at_least_times_faster, 1.75});
 }

@@ -7,5 +7,5 @@
 // `kind` names the entries in the table; the goals are those for entries without atoms.
 void add_archive_cases(Suite& suite, const std::string& kind, const StoredEntries& entries, bool with_goals);
 
-// A file that lives in memory, with the buffer that every new stream has. It is closed with the program.
-FILE* file_in_memory();
+// The same for entries that were made by setters and read into new ones, in files only.
+void add_separate_entry_cases(Suite& suite, const StoredEntries& entries);

@@ -35,4 +35,7 @@ class Storage {
   virtual void read_memory() = 0;
 };
 
+// A file that lives in memory, with the buffer that every new stream has.
+FILE* file_in_memory();
+
 using MakeStorage = std::unique_ptr<Storage> (*)(const StoredEntries& entries);

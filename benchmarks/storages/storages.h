@@ -8,6 +8,9 @@ std::unique_ptr<Storage> archive_storage(const StoredEntries& entries);
 __attribute__((visibility("default"))) std::unique_ptr<Storage> portable_archive_storage(
     const StoredEntries& entries);
 
+// The library with entries made by setters, each component in memory of its own, and read into new entries.
+std::unique_ptr<Storage> separate_storage(const StoredEntries& entries);
+
 // What no library can do without: moving the bytes, and making the blocks that an entry needs.
 std::unique_ptr<Storage> bare_storage(const StoredEntries& entries);
 // The archive form moved between memory and plain values by hand.
