@@ -34,7 +34,7 @@ class Generator {
     plain::Cell cell = {
         random_.real(3, 30), random_.real(3, 30), random_.real(3, 30), 90, random_.real(90, 120), 90, {}};
     std::size_t count = 4 * random_.below(6) + 3;
-    if (form_ == EntryForm::small) count = 4;
+    if (form_ == EntryForm::small) count = 5;
     for (; count > 0; --count) {
       cell.operators.push_back({{1, 0, 0, 0, -1, 0, 0, 0, 1}, {0.0, 0.5, random_.real(0, 1)}});
     }

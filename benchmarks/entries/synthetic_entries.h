@@ -6,7 +6,7 @@
 #include "storages/storage.h"
 
 // All have 65 texts. Plain ones have some 450 scalars and texts in 2,700 bytes; those with atoms ten to sixty
-// atoms more; small ones four symmetry operators a cell and 1,700 bytes.
+// atoms more; small ones five symmetry operators a cell and 1,700 bytes.
 enum class EntryForm { plain, with_atoms, small };
 StoredEntries synthetic_entries(std::size_t count, EntryForm form);
 

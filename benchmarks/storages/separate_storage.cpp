@@ -23,19 +23,16 @@ THandle<CrystalMaker> copy_of(const THandle<CrystalMaker>& original) {
 }
 
 std::unique_ptr<Entry> put_together(const Entry& read) {
-  auto entry = std::make_unique<Entry>(
-      read.identifier(), copy_of(read.crystal_maker()), copy_of(read.cell()), THandle<Publication>(),
-      THandle<ExperimentalInfo>(), THandle<EditorsInfo>(), THandle<ChemicalInfo>(), THandle<CrystalInfo>(),
-      THandle<ChemicalDiagram>(), copy_of(read.connectivity_info()), THandle<CrystalDiagramMatch>(),
-      THandle<ConnectivityDiagramMatch>(), THandle<CrystalConnectivityMatch>(), THandle<CrossReferenceInfo>(),
-      THandle<DepositionInfo>(), THandle<DisorderSelectors>(), THandle<PublishedGeometry>());
-  entry->set_publication(copy_of(read.publication()));
-  entry->set_experimental_info(copy_of(read.experimental_info()));
-  entry->set_editors_info(copy_of(read.editors_info()));
-  entry->set_chemical_info(copy_of(read.chemical_info()));
-  entry->set_crystal_info(copy_of(read.crystal_info()));
-  entry->set_cross_reference_info(copy_of(read.cross_reference_info()));
-  entry->set_deposition_info(copy_of(read.deposition_info()));
+  ComponentHandles fixed;
+  for_each_component([&](auto component) {
+    if constexpr (component.archived && !component.has_setter)
+      fixed[component] = copy_of(component.get(read));
+  });
+  auto entry = std::make_unique<Entry>(Entry::from(read.identifier(), fixed));
+  for_each_component([&](auto component) {
+    if constexpr (component.archived && component.has_setter)
+      component.set(*entry, copy_of(component.get(read)));
+  });
   return entry;
 }
 
