@@ -20,6 +20,7 @@
 #include <database_entry/entries/crystal_structure_database_entry_data_source.h>
 
 #include <array>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <tuple>
@@ -143,6 +144,9 @@ class PerComponent<Value, std::tuple<Rows...>> : ComponentSlot<Value, Rows>... {
   PerComponent() = default;
   explicit PerComponent(const Value<typename Rows::Type>&... values)
       : ComponentSlot<Value, Rows>{values}... {}
+  // Null handles that are made together.
+  explicit PerComponent(NullHandles nulls) requires std::same_as<Value<Cell>, THandle<Cell>>
+      : ComponentSlot<Value, Rows>{nulls.make<typename Rows::Type>()}... {}
 
   template <class Row>
   [[nodiscard]] Value<typename Row::Type>& operator[](const Row&) {

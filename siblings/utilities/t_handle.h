@@ -65,12 +65,15 @@ class THandle {
  private:
   // A count with its object.
   struct Block : HandleCount {
+    // As `new T` makes it: {} would fill a large object with zeros first.
+    Block() requires std::is_class_v<T> : HandleCount{.handles = 1, .place = with_object} {}
     template <class... Arguments>
     explicit Block(Arguments&&... arguments)
-        : HandleCount{.handles = 1, .in_block = true}, object{std::forward<Arguments>(arguments)...} {}
+        : HandleCount{.handles = 1, .place = with_object}, object{std::forward<Arguments>(arguments)...} {}
     T object;
   };
 
+  friend class NullHandles;
   THandle(T* target, HandleCount* count) : target_(target), count_(count) {}
 
   static HandleCount* new_count(T* target) {
@@ -94,10 +97,14 @@ class THandle {
   // Not inlined: handles come and go everywhere, objects seldom.
   [[gnu::noinline]] static void discard(T* target, HandleCount* count) {
     if constexpr (!std::is_abstract_v<T>) {
-      if (count->in_block) {
+      if (count->place == HandleCount::with_object) {
         delete static_cast<Block*>(count);
         return;
       }
+    }
+    if (count->place == HandleCount::among_nulls) {
+      NullHandles::let_go(count);
+      return;
     }
     delete count;
     delete target;

@@ -166,4 +166,41 @@ TEST(THandle, IsNeverMadeFromAPointerByAccident) {
   SUCCEED();
 }
 
+TEST(NullHandles, OwnACountEach) {
+  NullHandles nulls(2);
+  const THandle<int> first = nulls.make<int>();
+  const THandle<double> second = nulls.make<double>();
+  const THandle<int> copy = first;
+  EXPECT_TRUE(first.is_null());
+  EXPECT_EQ(first.use_count(), 2);
+  EXPECT_EQ(second.use_count(), 1);
+}
+
+TEST(NullHandles, OutliveTheirMakerAndOneAnother) {
+  THandle<int> kept;
+  const THandle<int> target(new int(7));
+  {
+    NullHandles nulls(3);  // one of which is never asked for
+    THandle<int> gone = nulls.make<int>();
+    THandle<int> last = nulls.make<int>();
+    kept = target;  // equal targets are not assigned, so not from null to null
+    kept = last;
+    gone = target;
+  }
+  EXPECT_EQ(kept.use_count(), 1);
+  EXPECT_TRUE(kept.is_null());
+  EXPECT_EQ(target.use_count(), 1);
+}
+
+struct Pair {
+  int first = 4;
+  std::vector<int> second;
+};
+
+TEST(THandle, MakesADefaultObjectAsNewDoes) {
+  EXPECT_EQ(THandle<Pair>::make()->first, 4);
+  EXPECT_TRUE(THandle<Pair>::make()->second.empty());
+  EXPECT_EQ(*THandle<int>::make(), 0);
+}
+
 }  // namespace
