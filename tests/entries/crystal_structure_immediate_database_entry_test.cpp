@@ -100,6 +100,35 @@ TEST(ArchivedEntry, IsItsElevenItemsBackToBack) {
   EXPECT_EQ(archived(sample_entry()), sample_bytes());
 }
 
+// Takes a component away from the entry that is being written.
+struct MeddlingCell : Cell {
+  void write(Archive& archive) const override {
+    entry->set_publication({});
+    Cell::write(archive);
+  }
+  Entry* entry = nullptr;
+};
+
+TEST(ArchivedEntry, HoldsWhatTheEntryHeldWhenItsWritingBegan) {
+  for (const bool within_maker : {true, false}) {
+    const Entry supplied = sample_entry();
+    auto* const cell = new MeddlingCell;
+    const THandle<Cell> meddling(cell);
+    ComponentHandles handles;
+    for_each_component([&](auto component) { handles[component] = component.get(supplied); });
+    if (within_maker) {
+      handles[component_row<ComponentKind::crystal_maker>] = handle_to(CrystalMaker(meddling));
+    } else {
+      handles[component_row<ComponentKind::cell>] = meddling;
+    }
+    Entry entry = Entry::from(DatabaseEntryIdentifier("ABCDEF"), handles);
+    cell->entry = &entry;
+    const std::string publication = sample_items()[3];
+    EXPECT_NE(archived(entry).find(publication), std::string::npos);
+    EXPECT_TRUE(entry.publication().is_null());
+  }
+}
+
 TEST(ArchivedEntry, ReadsBackWhatWasWrittenAndNoByteMore) {
   Entry back = empty_entry();
   const long consumed = read_from(sample_bytes() + "after", [&](Archive& archive) { back.read(archive); });
