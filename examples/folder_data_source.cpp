@@ -32,7 +32,7 @@ class Folder : public CrystalStructureDatabaseEntryDataSource {
   // A component without a file is a null handle: the entry remembers that too.
   template <class Component>
   THandle<Component> load(const char* name) const {
-    const File file(std::fopen((path_ / name).c_str(), "rb"));
+    const File file(std::fopen((path_ / name).string().c_str(), "rb"));
     std::cout << "(asked for " << name << (file ? ")\n" : ": there is none)\n");
     THandle<Component> component;
     if (file == nullptr) return component;
@@ -47,7 +47,7 @@ class Folder : public CrystalStructureDatabaseEntryDataSource {
 
 template <class Component>
 void store(const fs::path& path, const THandle<Component>& component) {
-  const File file(std::fopen(path.c_str(), "wb"));
+  const File file(std::fopen(path.string().c_str(), "wb"));
   if (file == nullptr) throw std::runtime_error("cannot write " + path.string());
   Archive archive(file.get());
   archive << component;
