@@ -4,8 +4,13 @@ import glob
 import os
 
 import pytest
+from hypothesis import settings
 
 import database_entry as de
+
+# Nothing is left in the tree, and every run tries the same examples.
+settings.register_profile("tree", database=None, derandomize=True)
+settings.load_profile("tree")
 
 CRYSTALS = "/usr/share/avogadro2/crystals"
 
