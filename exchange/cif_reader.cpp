@@ -14,6 +14,7 @@
 #include "exchange/cif/readable_text.h"
 #include "exchange/cif/tags.h"
 #include "exchange/cif/values.h"
+#include "exchange/cif/version_two.h"
 
 namespace {
 
@@ -121,6 +122,10 @@ class CifReader::Impl {
     if (text_.find('\r') != std::string_view::npos) {
       converted_ = with_line_feeds(text_);
       text_ = converted_;
+    }
+    if (const auto fault = value_of_cif_2(text_)) {
+      fail(*fault);
+      return;
     }
     regions_ = cif_regions(text_);
     find_shared_blocks();

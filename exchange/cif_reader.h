@@ -15,7 +15,9 @@
 // else none (never P 1).
 //
 // Texts become one line of UTF-8, the markup of CIF and of HTML becomes characters.
-// CIF 1.1 and CIF 2.0. Line ends may be LF, CRLF or CR.
+// CIF 1.1, and CIF 2.0 of which every value is one of CIF 1.1 as well: a file that says it is CIF 2.0 and has
+// a list, a table or a text in triple quotes is one error, which names the first of these. Line ends may be
+// LF, CRLF or CR.
 //
 // Memory: the text and, as values, one block and those that are shared.
 #pragma once

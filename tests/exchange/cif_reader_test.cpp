@@ -846,4 +846,47 @@ TEST(IdentifierFromTheNameOrTheFile, IsThatOfTheBlockOrTheStem) {
   EXPECT_EQ(read_cif(cif, options).front().identifier, "halite");
 }
 
+// ---- CIF 2.0
+
+struct VersionTwoCase {
+  const char* value;
+  const char* kind;
+  int line;
+};
+
+class ValueOfCif2 : public testing::TestWithParam<VersionTwoCase> {};
+
+TEST_P(ValueOfCif2, MakesTheFileOneError) {
+  const auto results = read_cif("#\\#CIF_2.0\ndata_x\n_cell_length_a 4\n_a " + std::string(GetParam().value));
+  ASSERT_EQ(results.size(), 1U);
+  EXPECT_EQ(results[0].status, ImportResult::error);
+  EXPECT_EQ(results[0].line, GetParam().line);
+  EXPECT_EQ(results[0].reason, "the file is CIF 2.0 with " + std::string(GetParam().kind) + " at line " +
+                                   std::to_string(GetParam().line) + ", and such values are not read");
+  EXPECT_EQ(results[0].hint, "save it as CIF 1.1, without lists, tables and triple quotes");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, ValueOfCif2,
+    testing::Values(VersionTwoCase{"[1 2 3]\n", "a list", 4}, VersionTwoCase{"\n{'a':1}\n", "a table", 5},
+                    VersionTwoCase{"'''it's'''\n", "a text in triple quotes", 4},
+                    VersionTwoCase{"\n\"\"\"two\nlines\"\"\"\n", "a text in triple quotes", 5},
+                    VersionTwoCase{"\n;\n[\n;\n_b [] # {", "a list", 8}));
+
+TEST(FileOfCif2, IsReadWhereEveryValueIsOneOfCif1) {
+  const std::string values =
+      "_cell_length_a 4 # [1]\r\n_a '[1 {'\r\n_b \"{\"\r\n_d ''\r\n_e\r\n;\r\n[1]\r\n'''\r\n;\r\n";
+  const ImportResult entry = imported("\xEF\xBB\xBF#\\#CIF_2.0\r\ndata_x\r\n" + values);
+  EXPECT_EQ(entry.identifier, "x");
+  EXPECT_EQ(entry.entry->cell()->a(), 4.0);
+}
+
+TEST(FileWithoutTheCodeOfCif2, IsReadAsCif1) {
+  for (const char* const code : {"", "#\\#CIF_1.1\n", "#\\#CIF_2.05\n", "\n#\\#CIF_2.0\n"}) {
+    const auto results = read_cif(code + std::string("data_x\n_cell_length_a 4\n_a '''b'''\n"));
+    ASSERT_EQ(results.size(), 1U) << code;
+    EXPECT_EQ(results[0].status, ImportResult::imported) << code;
+  }
+}
+
 }  // namespace
