@@ -290,6 +290,7 @@ class CommandLine {
         ->type_name("FORMAT");
     add_output(app, export_.output, "The file to write");
     app->add_option("-c,--columns", export_.columns, "Of CSV, as list has them")->type_name("COLUMNS");
+    app->add_flag("--packed", export_.packed, "Of XYZ: all atoms of the cell, by its operators");
     add_force(app, export_.force);
   }
 

@@ -183,6 +183,7 @@ struct ExportOptions {
   std::string to;                        // the format
   std::string output;
   std::string columns;  // of CSV
+  bool packed = false;  // of XYZ: all atoms of the cell
   bool force = false;
 };
 ExitCode export_command(const ExportOptions& options, Terminal& terminal);

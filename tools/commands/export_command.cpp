@@ -1,6 +1,7 @@
 // export: entries of a collection in a format that other programs read.
 #include <exchange/cif_writer.h>
 #include <exchange/entry_json.h>
+#include <exchange/xyz_writer.h>
 #include <fmt/format.h>
 #include <fmt/ostream.h>
 
@@ -109,6 +110,18 @@ class CifExporter : public Exporter {
   CifWriter writer_;
 };
 
+class XyzExporter : public Exporter {
+ public:
+  explicit XyzExporter(const ExportOptions& options)
+      : file_(options.output), which_(options.packed ? XyzAtoms::cell : XyzAtoms::asymmetric_unit) {}
+  void add(const StoredEntry& entry) override { file_.write(entry_xyz(entry, which_)); }
+  void commit() override { file_.commit(); }
+
+ private:
+  AtomicFile file_;
+  XyzAtoms which_;
+};
+
 struct Format {
   const char* name;
   FileKind kind;
@@ -131,6 +144,10 @@ constexpr std::array formats = {
     Format{"cif", FileKind::cif,
            [](const ExportOptions& options) -> std::unique_ptr<Exporter> {
              return std::make_unique<CifExporter>(options);
+           }},
+    Format{"xyz", FileKind::xyz,
+           [](const ExportOptions& options) -> std::unique_ptr<Exporter> {
+             return std::make_unique<XyzExporter>(options);
            }},
     Format{"csv", FileKind::csv,
            [](const ExportOptions& options) -> std::unique_ptr<Exporter> {
@@ -158,6 +175,8 @@ std::vector<std::string> export_formats() {
 
 ExitCode export_command(const ExportOptions& options, Terminal& terminal) {
   const Format& format = format_of(options.to);
+  if (options.packed && format.kind != FileKind::xyz)
+    throw ToolError(ExitCode::usage, "export: --packed is for --to xyz only");
   if (options.output.empty()) throw ToolError(ExitCode::usage, "export: -o FILE says where the entries go");
   EntryQuery query;
   try {
