@@ -121,6 +121,10 @@ ImportResult JsonReader::result_of(std::string_view value) const {
         feed == std::string_view::npos ? place_ - line_begin_ + place : place - feed - 1;
     result.column = static_cast<int>(begin + 1);
     result.reason = reason_of(error);
+  } catch (const Json::out_of_range&) {  // the parser's, for a number that is no double
+    result.status = ImportResult::error;
+    result.reason = "a number is too large";
+    result.hint = "numbers go up to 1.8e308; infinity is \"inf\"";
   } catch (const JsonEntryError& error) {
     result.status = ImportResult::error;
     result.reason = error.what();

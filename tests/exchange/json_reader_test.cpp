@@ -81,4 +81,9 @@ TEST(JsonReader, NamesATextThatHoldsNothing) {
   EXPECT_THAT(outcomes("[]"), ElementsAre());
 }
 
+TEST(JsonReader, MakesANumberThatIsTooLargeAnErrorAndReadsOn) {
+  EXPECT_THAT(outcomes("{\"identifier\":\"a\",\"cell\":{\"a\":1e999}}\n{\"identifier\":\"b\"}\n"),
+              ElementsAre("1:0: a number is too large", "2:0: b"));
+}
+
 }  // namespace
