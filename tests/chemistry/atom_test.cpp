@@ -2,7 +2,8 @@
 #include <gtest/gtest.h>
 #include <utilities/archiving/field_list.h>
 
-#include "stored_chemistry.h"
+#include "support/damage.h"
+#include "support/stored_samples.h"
 
 namespace {
 
@@ -21,20 +22,20 @@ TEST(Atom, IsFullyOccupiedByDefault) {
 }
 
 TEST(Atom, IsItsTextsThenItsNumbers) {
-  EXPECT_EQ(written([](Archive& archive) { carbon().write(archive); }), stored_carbon());
+  EXPECT_EQ(written([](Archive& archive) { carbon().write(archive); }), carbon_layout().bytes());
 }
 
 TEST(Atom, ReadsBackWhole) {
   Atom atom;
-  EXPECT_EQ(read_from(stored_carbon(), [&](Archive& archive) { atom.read(archive); }),
-            static_cast<long>(stored_carbon().size()));
+  EXPECT_EQ(read_from(carbon_layout().bytes(), [&](Archive& archive) { atom.read(archive); }),
+            static_cast<long>(carbon_layout().bytes().size()));
   EXPECT_EQ(atom, carbon());
 }
 
 TEST(Atom, OfAListIsMadeAnewWhenTheListIsRead) {
   const THandle<Atom> held(new Atom);
   std::vector<THandle<Atom>> atoms = {held, held};
-  read_from(bytes(int32(1), stored_carbon()), [&](Archive& archive) { read_fields(archive, atoms); });
+  read_from(bytes(int32(1), carbon_layout().bytes()), [&](Archive& archive) { read_fields(archive, atoms); });
   ASSERT_EQ(atoms.size(), 1u);
   EXPECT_EQ(*atoms[0], carbon());
   EXPECT_EQ(*held, Atom());
@@ -56,7 +57,7 @@ TEST(Atom, DiffersInAnySingleField) {
 }
 
 TEST(Atom, ThrowsWhereverTheStreamEnds) {
-  for_every_truncation(stored_carbon(), [](const std::string& stored) {
+  for_every_truncation(carbon_layout().bytes(), [](const std::string& stored, const Damage&) {
     Atom atom;
     EXPECT_THROW(read_from(stored, [&](Archive& archive) { atom.read(archive); }), ArchiveError)
         << stored.size();

@@ -4,7 +4,8 @@
 
 #include <cmath>
 
-#include "stored_chemistry.h"
+#include "support/damage.h"
+#include "support/stored_samples.h"
 
 namespace {
 
@@ -70,13 +71,14 @@ TEST(Cell, HasNoVolumeWhereItsAnglesCloseNoCell) {
 }
 
 TEST(Cell, IsSixNumbersThenTheCountedOperators) {
-  EXPECT_EQ(written([](Archive& archive) { monoclinic(screw_axis()).write(archive); }), stored_cell());
+  EXPECT_EQ(written([](Archive& archive) { monoclinic(screw_axis()).write(archive); }),
+            cell_layout(1).bytes());
 }
 
 TEST(Cell, ReadsBackWhole) {
   Cell cell;
-  EXPECT_EQ(read_from(stored_cell(), [&](Archive& archive) { cell.read(archive); }),
-            static_cast<long>(stored_cell().size()));
+  EXPECT_EQ(read_from(cell_layout(1).bytes(), [&](Archive& archive) { cell.read(archive); }),
+            static_cast<long>(cell_layout(1).bytes().size()));
   EXPECT_EQ(cell, monoclinic(screw_axis()));
 }
 
@@ -84,7 +86,7 @@ TEST(Cell, LeavesASharedListOfOperatorsAloneWhenItIsRead) {
   const THandle<Operators> shared(new Operators(3));
   Cell cell = monoclinic(shared);
   const Cell copy = cell;
-  read_from(stored_cell(), [&](Archive& archive) { cell.read(archive); });
+  read_from(cell_layout(1).bytes(), [&](Archive& archive) { cell.read(archive); });
   EXPECT_EQ(copy.symmetry_operators(), shared);
   EXPECT_EQ(*shared, Operators(3));
   EXPECT_EQ(cell.symmetry_operators()->size(), 1u);
@@ -92,7 +94,7 @@ TEST(Cell, LeavesASharedListOfOperatorsAloneWhenItIsRead) {
 
 TEST(Cell, WithoutAListOfOperatorsGetsOneWhenItIsRead) {
   Cell cell = monoclinic(THandle<Operators>());
-  read_from(stored_cell(), [&](Archive& archive) { cell.read(archive); });
+  read_from(cell_layout(1).bytes(), [&](Archive& archive) { cell.read(archive); });
   EXPECT_EQ(cell, monoclinic(screw_axis()));
 }
 
@@ -130,7 +132,7 @@ TEST(Cell, DiffersInAnyNumberAndInItsOperators) {
 }
 
 TEST(Cell, ThrowsWhereverTheStreamEnds) {
-  for_every_truncation(stored_cell(), [](const std::string& stored) {
+  for_every_truncation(cell_layout(1).bytes(), [](const std::string& stored, const Damage&) {
     Cell cell;
     EXPECT_THROW(read_from(stored, [&](Archive& archive) { cell.read(archive); }), ArchiveError)
         << stored.size();
@@ -149,7 +151,8 @@ TEST(Cell, RefusesACountThatTheStreamDoesNotBearOut) {
            {INT32_MAX, "Archive: end of the stream while reading an int at offset 112"},
            {2, "Archive: end of the stream while reading an int at offset 112"},
        }) {
-    const std::string stored = bytes(stored_cell_numbers(10.0), int32(row.count), stored_screw_axis());
+    const std::string stored =
+        bytes(cell_numbers_layout().bytes(), int32(row.count), symmetry_operator_layout().bytes());
     Cell cell;
     EXPECT_EQ(
         message_of<ArchiveError>([&] { read_from(stored, [&](Archive& archive) { cell.read(archive); }); }),

@@ -2,7 +2,8 @@
 #include <gtest/gtest.h>
 #include <utilities/null_handle_error.h>
 
-#include "stored_chemistry.h"
+#include "support/damage.h"
+#include "support/stored_samples.h"
 
 namespace {
 
@@ -153,7 +154,7 @@ TEST(Connectivity, MakesNewAtomsWhenItIsRead) {
 }
 
 TEST(Connectivity, ThrowsWhereverTheStreamEnds) {
-  for_every_truncation(stored_connectivity(), [](const std::string& stored) {
+  for_every_truncation(stored_connectivity(), [](const std::string& stored, const Damage&) {
     EXPECT_THROW(read_connectivity(stored), ArchiveError) << stored.size();
   });
 }
@@ -166,7 +167,7 @@ TEST(Connectivity, RefusesCountsThatTheStreamDoesNotBearOut) {
 }
 
 TEST(Connectivity, SurvivesDamageToAnyByte) {
-  for_every_damage(stored_connectivity(), [](const std::string& stored) {
+  for_every_telling_byte(stored_connectivity(), [](const std::string& stored, const Damage&) {
     Connectivity connectivity;
     try {
       read_from(stored, [&](Archive& archive) { connectivity.read(archive); });

@@ -2,12 +2,13 @@
 #include <gtest/gtest.h>
 #include <utilities/null_handle_error.h>
 
-#include "stored_chemistry.h"
+#include "support/damage.h"
+#include "support/stored_samples.h"
 
 namespace {
 
 std::string stored_crystal() {
-  return bytes(stored_cell(), int32(2), stored_carbon(), stored_carbon());
+  return bytes(cell_layout(1).bytes(), int32(2), carbon_layout().bytes(), carbon_layout().bytes());
 }
 
 CrystalMaker read_crystal(const std::string& stored) {
@@ -69,7 +70,7 @@ TEST(CrystalMaker, PrintsOneLine) {
 }
 
 TEST(CrystalMaker, ThrowsWhereverTheStreamEnds) {
-  for_every_truncation(stored_crystal(), [](const std::string& stored) {
+  for_every_truncation(stored_crystal(), [](const std::string& stored, const Damage&) {
     EXPECT_THROW(read_crystal(stored), ArchiveError) << stored.size();
   });
 }
@@ -77,21 +78,21 @@ TEST(CrystalMaker, ThrowsWhereverTheStreamEnds) {
 TEST(CrystalMaker, KeepsTheAtomsThatCameWhereTheCountIsFalse) {
   for (const std::int32_t count : {2, INT32_MAX}) {
     CrystalMaker crystal;
-    const std::string stored = bytes(stored_cell(), int32(count), stored_carbon());
+    const std::string stored = bytes(cell_layout(1).bytes(), int32(count), carbon_layout().bytes());
     EXPECT_THROW(read_from(stored, [&](Archive& archive) { crystal.read(archive); }), ArchiveError);
     EXPECT_EQ(crystal.atoms().size(), 1u);
   }
 }
 
 TEST(CrystalMaker, RefusesANegativeCount) {
-  EXPECT_EQ(message_of<ArchiveError>([] { read_crystal(bytes(stored_cell(), int32(-1))); }),
+  EXPECT_EQ(message_of<ArchiveError>([] { read_crystal(bytes(cell_layout(1).bytes(), int32(-1))); }),
             "Archive: negative count -1 at offset 112");
-  EXPECT_EQ(message_of<ArchiveError>([] { read_crystal(bytes(stored_cell(), int32(INT32_MIN))); }),
+  EXPECT_EQ(message_of<ArchiveError>([] { read_crystal(bytes(cell_layout(1).bytes(), int32(INT32_MIN))); }),
             "Archive: negative count -2147483648 at offset 112");
 }
 
 TEST(CrystalMaker, SurvivesDamageToAnyByteAndCanBeShownAfterwards) {
-  for_every_damage(stored_crystal(), [](const std::string& stored) {
+  for_every_telling_byte(stored_crystal(), [](const std::string& stored, const Damage&) {
     CrystalMaker crystal;
     try {
       read_from(stored, [&](Archive& archive) { crystal.read(archive); });

@@ -5,7 +5,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "entries/sample_entry.h"
+#include "support/sample_entry.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <type_traits>
 
-#include "entries/sample_entry.h"
+#include "support/sample_entry.h"
 
 namespace {
 

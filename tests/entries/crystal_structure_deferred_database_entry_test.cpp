@@ -5,7 +5,7 @@
 #include <map>
 #include <type_traits>
 
-#include "entries/sample_entry.h"
+#include "support/sample_entry.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <database_entry/entries/crystal_structure_immediate_database_entry.h>
 #include <gtest/gtest.h>
 
-#include "entries/sample_entry.h"
+#include "support/sample_entry.h"
 
 namespace {
 

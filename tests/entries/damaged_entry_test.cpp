@@ -9,7 +9,8 @@
 #include <limits>
 #include <new>
 
-#include "entries/sample_entry.h"
+#include "support/damage.h"
+#include "support/sample_entry.h"
 
 namespace {
 
@@ -67,7 +68,7 @@ std::string with_int_at(std::string stored, std::size_t offset, int value) {
 }
 
 // The entry is read, or one of the two exceptions that reading documents ends it.
-void expect_documented_end(const std::string& stored, const std::string& damage) {
+void expect_documented_end(const std::string& stored, const Damage& damage) {
   Entry entry = empty_entry();
   try {
     read_entry(entry, stored);
@@ -95,10 +96,10 @@ std::vector<std::size_t> offsets_of_counts() {
 TEST(DamagedEntry, CutBeforeItsLastTextIsRefused) {
   const std::string stored = sample_bytes();
   const std::size_t last_text = stored.size() - std::string("VORN 7").size();
-  for (std::size_t size = 0; size < last_text; ++size) {
+  for_every_truncation(stored.substr(0, last_text), [](const std::string& cut, const Damage& damage) {
     Entry entry = empty_entry();
-    EXPECT_THROW(read_entry(entry, stored.substr(0, size)), ArchiveError) << size;
-  }
+    EXPECT_THROW(read_entry(entry, cut), ArchiveError) << damage;
+  });
 }
 
 TEST(DamagedEntry, CutWithinItsLastTextHasTheBytesThatCame) {
@@ -112,14 +113,9 @@ TEST(DamagedEntry, CutWithinItsLastTextHasTheBytesThatCame) {
 }
 
 TEST(DamagedEntry, WithBoundaryValuesAtAnyOffsetEndsAsDocumented) {
-  constexpr int values[] = {
-      -1, 0, 255, 65536, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()};
-  for (std::size_t offset = 0; offset + 4 <= sample_bytes().size(); ++offset) {
-    for (const int value : values) {
-      expect_documented_end(with_int_at(sample_bytes(), offset, value),
-                            std::to_string(value) + " at offset " + std::to_string(offset));
-    }
-  }
+  for_boundary_values_everywhere(sample_bytes(), [](const std::string& stored, const Damage& damage) {
+    expect_documented_end(stored, damage);
+  });
 }
 
 // By item: 1 identifier; 4 maker with its atom; 1 cell; 6 publication; 5 experimental; 4 editors; 11
@@ -133,7 +129,7 @@ TEST(DamagedEntry, TakesLittleMemoryForCountsThatTheStreamDoesNotHold) {
     const std::string damaged = with_int_at(sample_bytes(), offset, std::numeric_limits<int>::max());
     const std::size_t live_before = live_bytes;
     peak_bytes = live_bytes;
-    expect_documented_end(damaged, "2147483647 at offset " + std::to_string(offset));
+    expect_documented_end(damaged, {"count", offset, std::numeric_limits<int>::max()});
     EXPECT_LE(peak_bytes - live_before, 32 * damaged.size() + 1024 * 1024) << offset;
     EXPECT_EQ(live_bytes, live_before) << offset;
   }

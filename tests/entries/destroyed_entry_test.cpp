@@ -8,7 +8,7 @@
 #include <locale>
 #include <memory>
 
-#include "entries/sample_entry.h"
+#include "support/sample_entry.h"
 
 #ifndef _WIN32  // has no fork
 #include <sys/wait.h>

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "entries/sample_entry.h"
+#include "support/sample_entry.h"
 
 class NotingEntry : public CrystalStructureImmediateDatabaseEntry {
  public:

@@ -2,7 +2,7 @@
 #include <database_entry/records/chemical_classification.h>
 #include <gtest/gtest.h>
 
-#include "records/sample_records.h"
+#include "support/sample_records.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <database_entry/records/chemical_info.h>
 #include <gtest/gtest.h>
 
-#include "records/sample_records.h"
+#include "support/sample_records.h"
 
 namespace {
 

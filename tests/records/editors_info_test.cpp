@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "records/sample_records.h"
+#include "support/sample_records.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <limits>
 
-#include "records/sample_records.h"
+#include "support/sample_records.h"
 
 namespace {
 

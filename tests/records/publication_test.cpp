@@ -1,13 +1,13 @@
 #include <database_entry/records/publication.h>
 #include <gtest/gtest.h>
 
-#include "records/sample_records.h"
+#include "support/sample_records.h"
 
 namespace {
 
 TEST(Publication, TakesTheConstructorsArguments) {
   const Publication publication = Sample<Publication>::filled();
-  EXPECT_EQ(publication.authors, (std::vector<std::string>{"A.B.Smith", "C.Jones"}));
+  EXPECT_EQ(publication.authors, (std::vector<std::string>{"A.B.Smith", "B.de la Second-Author", ""}));
   EXPECT_EQ(publication.journal.coden(), 4);
   EXPECT_EQ(publication.volume, "101");
   EXPECT_EQ(publication.year, 1979);
@@ -22,7 +22,8 @@ TEST(Publication, ByDefaultNamesTheFirstJournalOfTheList) {
 }
 
 TEST(Publication, PrintsASeparatorBehindEveryAuthorAndPageBeforeYear) {
-  EXPECT_EQ(printed(Sample<Publication>::filled()), "A.B.Smith, C.Jones, J.Am.Chem.Soc., 101, 2345, 1979\n");
+  EXPECT_EQ(printed(Sample<Publication>::filled()),
+            "A.B.Smith, B.de la Second-Author, , J.Am.Chem.Soc., 101, 2345, 1979\n");
 }
 
 TEST(Publication, ByDefaultIsStoredWithItsJournal) {

@@ -3,7 +3,7 @@
 
 #include <limits>
 
-#include "records/sample_records.h"
+#include "support/sample_records.h"
 
 namespace {
 
@@ -53,7 +53,7 @@ TEST(Range, HasStreamAndArchiveOperatorsThatChain) {
 
 TEST(Range, KeepsItsComparatorWhenItIsRead) {
   SigmaRange sigma = range(0, 0, 42.0);
-  read_from(joined(Sample<SigmaRange>::stored()), [&](Archive& archive) { sigma.read(archive); });
+  read_from(Sample<SigmaRange>::stored().bytes(), [&](Archive& archive) { sigma.read(archive); });
   EXPECT_EQ(sigma.comparator().tolerance, 42.0);
   EXPECT_EQ(sigma.lower(), 0.001);
 }

@@ -3,11 +3,13 @@
 // to the stream.
 #include <database_entry/records/journal.h>
 #include <gtest/gtest.h>
-#include <reliability/support/damage.h>
 #include <reliability/support/heap.h>
 #include <reliability/support/subject_test.h>
+#include <support/damage.h>
 
+#include <algorithm>
 #include <limits>
+#include <vector>
 
 namespace {
 
@@ -49,14 +51,19 @@ TEST_P(Damaged, EveryByteTakesEveryValue) {
   for_every_byte_value(whole(), examine);
 }
 
-TEST_P(Damaged, EveryCountLengthAndEnumerationTakesTwelveBoundaryValues) {
+// Those whose bytes hold a count, a length or an enumeration; a date, say, has none.
+class DamagedPlaces : public Damaged {};
+
+TEST_P(DamagedPlaces, EveryCountLengthAndEnumerationTakesTwelveBoundaryValues) {
   for_every_boundary_value(GetParam().layout, examine);
 }
 
 // What may follow a size that lies, for a megabyte: bytes, empty texts, pairs of a member and an empty text.
 const std::string followers[] = {"x", int32(0), int32(1), bytes(int32(1), int32(0)), bytes(int32(1), "x")};
 
-TEST_P(Damaged, NoSizeThatLiesMakesALongStreamCostly) {
+class DamagedSizes : public Damaged {};
+
+TEST_P(DamagedSizes, NoSizeThatLiesMakesALongStreamCostly) {
   for (const Place& place : GetParam().layout.places()) {
     if (!place.is_size) continue;
     for (const std::string& follower : followers) {
@@ -67,7 +74,22 @@ TEST_P(Damaged, NoSizeThatLiesMakesALongStreamCostly) {
   }
 }
 
+// The subjects with a place that `wanted` takes.
+template <class Wanted>
+std::vector<Subject> subjects_with(const Wanted& wanted) {
+  std::vector<Subject> all = subjects();
+  std::erase_if(
+      all, [&](const Subject& subject) { return std::ranges::none_of(subject.layout.places(), wanted); });
+  return all;
+}
+
 INSTANTIATE_TEST_SUITE_P(Everything, Damaged, testing::ValuesIn(subjects()),
+                         testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(Everything, DamagedPlaces,
+                         testing::ValuesIn(subjects_with([](const Place&) { return true; })),
+                         testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(Everything, DamagedSizes,
+                         testing::ValuesIn(subjects_with([](const Place& place) { return place.is_size; })),
                          testing::PrintToStringParamName());
 
 }  // namespace

@@ -7,7 +7,7 @@
 #include <set>
 #include <string>
 
-#include "entries/sample_entry.h"
+#include "support/sample_entry.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // An entry with every component, in which diagrams, matches, selectors and geometry share atoms and bonds.
 #pragma once
 
-#include "entries/sample_entry.h"
+#include "support/sample_entry.h"
 
 inline CrystalStructureImmediateDatabaseEntry linked_entry(const std::string& identifier = "LINKED") {
   const auto base = sample_entry();

@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "entries/sample_entry.h"
 #include "stores/linked_entry.h"
 #include "stores/places.h"
+#include "support/sample_entry.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-// Bytes as they stand on a stream, written so that a reader can follow them.
+// Bytes as a stream has them, written so that a reader can follow them.
 //
 //   bytes(int32(2), text("RACEMATE"), float64(0.5), boolean(true))
 //

@@ -7,12 +7,13 @@
 //   }
 #pragma once
 
+#include <support/stored_samples.h>
+
 #include <functional>
 #include <memory>
 #include <ostream>
 #include <vector>
 
-#include "full_layouts.h"
 #include "memory_stream.h"
 
 // Any object that an archive holds.

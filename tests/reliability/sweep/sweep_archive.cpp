@@ -3,9 +3,9 @@
 // count, a length or an enumeration, and, unless quick, all values of every byte. Each must end in a
 // documented state, without a leak, and with memory in proportion.
 #include <database_entry/database_entry.h>
-#include <reliability/support/damage.h>
 #include <reliability/support/heap.h>
 #include <reliability/support/subjects.h>
+#include <support/damage.h>
 
 #include <cstdlib>
 #include <fstream>

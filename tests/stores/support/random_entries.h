@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "entries/sample_entry.h"
+#include "support/sample_entry.h"
 
 // All of them can be archived. Some have nothing in their publication or their formula; some cells are a
 // setting of another's. The identifiers differ.

@@ -5,9 +5,10 @@
 
 #include <array>
 #include <limits>
+#include <numeric>
 #include <ostream>
 
-#include "layout.h"
+#include "support/layout.h"
 
 // What was done, for the message of a test that fails.
 struct Damage {
@@ -27,17 +28,30 @@ void for_every_truncation(const std::string& whole, const Visit& visit) {
   }
 }
 
-// Every flip of a bit, and of any of its neighbours, is among them.
-template <class Visit>
-void for_every_byte_value(const std::string& whole, const Visit& visit) {
+template <class Values, class Visit>
+void for_every_byte(const std::string& whole, const Values& values, const Visit& visit) {
   std::string damaged = whole;
   for (std::size_t offset = 0; offset < whole.size(); ++offset) {
-    for (int value = 0; value < 256; ++value) {
+    for (const int value : values) {
       damaged[offset] = static_cast<char>(value);
       visit(damaged, Damage{"byte", offset, value});
     }
     damaged[offset] = whole[offset];
   }
+}
+
+// Every flip of a bit, and of any of its neighbours, is among them.
+template <class Visit>
+void for_every_byte_value(const std::string& whole, const Visit& visit) {
+  std::array<int, 256> all{};
+  std::iota(all.begin(), all.end(), 0);
+  for_every_byte(whole, all, visit);
+}
+
+// The values that make counts zero, negative or huge.
+template <class Visit>
+void for_every_telling_byte(const std::string& whole, const Visit& visit) {
+  for_every_byte(whole, std::array{0x00, 0x01, 0x7F, 0x80, 0xFF}, visit);
 }
 
 // Around zero, around the true value, around the limits of one byte and two, and the ends of the range.
@@ -68,6 +82,18 @@ void for_every_boundary_value(const Layout& layout, const Visit& visit) {
       damaged.replace(place.offset, 4, int32(value));
       visit(damaged, Damage{place.name.c_str(), place.offset, value});
     }
+    damaged.replace(place.offset, 4, int32(place.value));
+  }
+}
+
+// Each count and each length in turn replaced by `value`.
+template <class Visit>
+void for_every_size(const Layout& layout, std::int32_t value, const Visit& visit) {
+  std::string damaged = layout.bytes();
+  for (const Place& place : layout.places()) {
+    if (!place.is_size) continue;
+    damaged.replace(place.offset, 4, int32(value));
+    visit(damaged, Damage{place.name.c_str(), place.offset, value});
     damaged.replace(place.offset, 4, int32(place.value));
   }
 }

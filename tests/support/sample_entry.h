@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "support/bytes.h"
+#include "support/stored_samples.h"
 
 template <class T>
 THandle<T> handle_to(const T& value) {
@@ -64,7 +64,7 @@ inline CrystalStructureImmediateDatabaseEntry empty_entry() {
                                                 {}, {}, {}, {}, {}, {}, {});
 }
 
-// The eleven items of the sample entry as they stand in an archive.
+// The eleven items of the sample entry as an archive has them.
 inline std::vector<std::string> sample_items() {
   const std::string identity = bytes(int32(1), int32(0), int32(0), int32(0), int32(1), int32(0), int32(0),
                                      int32(0), int32(1), float64(0), float64(0), float64(0));
@@ -80,8 +80,7 @@ inline std::vector<std::string> sample_items() {
       bytes(cell, int32(1), atom),
       cell,
       // publication: the journal's name, number and CODEN; authors, volume, year, page
-      bytes(text("J.Am.Chem.Soc."), int32(4), text("JACSAT"), int32(1), text("A.Author"), text("12"),
-            int32(1999), text("34")),
+      bytes(journal_layout().bytes(), int32(1), text("A.Author"), text("12"), int32(1999), text("34")),
       // experimental: temperature, its text, pressure, densities, R-factor; the range; probe, source,
       // absolute configuration, diffraction, powder, refinement, intensities
       bytes(float64(295), text(""), text(""), float64(0), float64(0), float64(0), int32(0), int32(0),

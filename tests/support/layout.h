@@ -5,10 +5,16 @@
 //   layout.count("synonyms", 2).text("synonym", "a").text("synonym", "b");
 #pragma once
 
-#include <support/bytes.h>
-
 #include <string>
 #include <vector>
+
+#include "support/bytes.h"
+
+// Where a field begins; `counted` ones begin with a count or a length.
+struct Piece {
+  std::size_t offset;
+  bool counted;
+};
 
 struct Place {
   std::size_t offset;
@@ -25,32 +31,40 @@ class Layout {
   Layout& enumeration(const std::string& name, std::int32_t value) { return claim(name, value, false); }
   Layout& text(const std::string& name, const std::string& value) {
     claim("length of " + name, static_cast<std::int32_t>(value.size()), true);
-    return raw(value);
+    return append(value);
   }
   Layout& integer(std::int32_t value) { return raw(int32(value)); }
   Layout& real(double value) { return raw(float64(value)); }
   Layout& flag(bool value) { return raw(boolean(value)); }
   Layout& raw(const std::string& more) {
-    bytes_ += more;
-    return *this;
+    pieces_.push_back({bytes_.size(), false});
+    return append(more);
   }
   // Another layout, after this one.
   Layout& part(const Layout& other) {
     for (const Place& place : other.places_) {
       places_.push_back({bytes_.size() + place.offset, place.name, place.value, place.is_size});
     }
-    return raw(other.bytes_);
+    for (const Piece& piece : other.pieces_) pieces_.push_back({bytes_.size() + piece.offset, piece.counted});
+    return append(other.bytes_);
   }
 
   [[nodiscard]] const std::string& bytes() const { return bytes_; }
   [[nodiscard]] const std::vector<Place>& places() const { return places_; }
+  [[nodiscard]] const std::vector<Piece>& pieces() const { return pieces_; }
 
  private:
   Layout& claim(const std::string& name, std::int32_t value, bool is_size) {
     places_.push_back({bytes_.size(), name, value, is_size});
-    return raw(int32(value));
+    pieces_.push_back({bytes_.size(), is_size});
+    return append(int32(value));
+  }
+  Layout& append(const std::string& more) {
+    bytes_ += more;
+    return *this;
   }
 
   std::string bytes_;
   std::vector<Place> places_;
+  std::vector<Piece> pieces_;
 };
