@@ -1,6 +1,12 @@
-// The examples of the public headers, compiled. header_examples_test.cpp holds the headers against them, so
-// that no tool and no hand can spoil one unseen.
+// The examples of the public headers of the library and its siblings, compiled. header_examples_test.cpp
+// holds the headers against them, so that no tool and no hand can spoil one unseen.
+#include <chemistry/graph_match.h>
 #include <database_entry/database_entry.h>
+#include <regex/regex.h>
+#include <regex/regex_error.h>
+#include <utilities/fields.h>
+#include <utilities/test_suite.h>
+#include <utilities/vorn_log.h>
 
 #include <iostream>
 
@@ -222,6 +228,118 @@ class Folder : public CrystalStructureDatabaseEntryDataSource {
   // begin database_entry/references/regex_grep.h
   const auto collector = regex_grep(expression, text, CountMatches(), 0);
   // end database_entry/references/regex_grep.h
+}
+
+[[maybe_unused]] void chemistry_graph_match() {
+  const THandle<Atom> crystal_atom;
+  const THandle<DiagramAtom> diagram_atom;
+  // begin siblings/chemistry/graph_match.h
+  GraphMatch<THandle<Atom>, THandle<Bond>, THandle<DiagramAtom>, THandle<DiagramBond>> match;
+  match.atoms.emplace_back(crystal_atom, diagram_atom);
+  // end siblings/chemistry/graph_match.h
+}
+
+[[maybe_unused]] void regex_regex() {
+  // begin siblings/regex/regex.h
+  static const Regex number("VORN\\s(\\d+)");
+  RegexResults results;
+  if (number.search("deposited as VORN 123456", results, 0)) {
+    std::string digits = results.match(1);  // "123456"
+  }
+  // end siblings/regex/regex.h
+}
+
+[[maybe_unused]] void regex_regex_error() {
+  // begin siblings/regex/regex_error.h
+  try {
+    Regex("[A-Z");
+  } catch (const RegexError& error) {
+    error.offset();  // 0
+    error.what();    // "Bad regular expression at offset 0: the class has no closing ]"
+  }
+  // end siblings/regex/regex_error.h
+}
+
+[[maybe_unused]] void regex_regex_results() {
+  // begin siblings/regex/regex_results.h
+  RegexResults results;
+  if (Regex("(\\d+)/(\\d+)").search("no. 12/34", results, 0)) {
+    results.match(0).str();           // "12/34", the whole match
+    results.match(2).str();           // "34", the second group
+    results.match(2).begin_offset();  // 7, in the searched text
+  }
+  // end siblings/regex/regex_results.h
+}
+
+[[maybe_unused]] void symmetry_crystal_symmetry_operator() {
+  // begin siblings/symmetry/crystal_symmetry_operator.h
+  const CrystalSymmetryOperator screw("-x,1/2+y,1/2-z");
+  screw.apply({0.1, 0.2, 0.3});    // {-0.1, 0.7, 0.2}
+  // end siblings/symmetry/crystal_symmetry_operator.h
+}
+
+[[maybe_unused]] void utilities_archive() {
+  FILE* const file = stdout;
+  // begin siblings/utilities/archive.h
+  Archive archive(file);
+  archive << 4 << 0.5 << true;
+  archive.flush();               // a full disk is seen here
+  // end siblings/utilities/archive.h
+}
+
+[[maybe_unused]] void utilities_date() {
+  // begin siblings/utilities/date.h
+  Date accession(2003, 5, 17);
+  accession.print(std::cout);    // 2003-05-17
+  // end siblings/utilities/date.h
+}
+
+// begin siblings/utilities/fields.h
+class Point {
+ public:
+  double x = 0.0;
+  double y = 0.0;
+
+  // In archive order.
+  static constexpr auto fields() { return std::tuple{Field{"x", &Point::x}, Field{"y", &Point::y}}; }
+  static constexpr bool archived_by_fields = true;
+};
+
+// end siblings/utilities/fields.h
+[[maybe_unused]] void utilities_fields() {
+  Point point;
+  // begin siblings/utilities/fields.h
+  for_each_field(point, [](const char* name, auto& value) { std::cout << name << " = " << value << '\n';
+  });
+  // end siblings/utilities/fields.h
+}
+
+[[maybe_unused]] void utilities_t_handle() {
+  // begin siblings/utilities/t_handle.h
+  THandle<Publication> publication(new Publication);
+  THandle<Publication> same = publication;      // both keep it alive
+  publication = THandle<Publication>::make();   // a new default one, in half the time of THandle(new ...)
+  if (!same.is_null()) same->print(std::cout);
+  // end siblings/utilities/t_handle.h
+}
+
+[[maybe_unused]] void utilities_test_suite() {
+  const std::string expected;
+  const std::string actual;
+  // begin siblings/utilities/test_suite.h
+  TestSuite::test_equality("run1::crystal_maker()", expected, actual);
+  for (const std::string& message : TestSuite::failures()) std::cerr << message;
+  // end siblings/utilities/test_suite.h
+}
+
+[[maybe_unused]] void utilities_vorn_log() {
+  // begin siblings/utilities/vorn_log.h
+  VORNLog::level_ = 3;
+  if (VORNLog::active(3)) {
+    VORNLog::start_debug_line(3) << "released";
+    VORNLog::end_debug_line();
+  }
+  // end siblings/utilities/vorn_log.h
 }
 
 }  // namespace
