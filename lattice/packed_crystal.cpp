@@ -105,7 +105,9 @@ class Places {
       if (box[axis] < 0) box[axis] += count_[axis];
       if (box[axis] >= count_[axis]) box[axis] -= count_[axis];
     }
-    return static_cast<std::size_t>((box[0] * count_[1] + box[1]) * count_[2] + box[2]);
+    const auto at = [&](std::size_t axis) { return static_cast<std::size_t>(box[axis]); };
+    const auto count = [&](std::size_t axis) { return static_cast<std::size_t>(count_[axis]); };
+    return (at(0) * count(1) + at(1)) * count(2) + at(2);
   }
 
   std::array<int, 3> count_{};

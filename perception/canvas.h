@@ -2,13 +2,11 @@
 // Internal: callers want perception/picture.h.
 #pragma once
 
+#include <cairo/cairo.h>
 #include <perception/picture.h>
 
 #include <memory>
 #include <string>
-
-typedef struct _cairo cairo_t;
-typedef struct _cairo_surface cairo_surface_t;
 
 struct Colour {
   double red = 0.0;

@@ -1,6 +1,7 @@
 #include <perception/elements.h>
 
 #include <cctype>
+#include <cmath>
 #include <gemmi/elem.hpp>
 
 int atomic_number(const std::string& symbol) {
@@ -17,7 +18,8 @@ int atomic_number(const std::string& symbol) {
 double covalent_radius(int number) {
   if (number < 1 || number > 118) return 0.0;
   // The table's numbers have two decimals; as floats they would not be those numbers.
-  return static_cast<int>(gemmi::covalent_radius(static_cast<gemmi::El>(number)) * 100.0F + 0.5F) / 100.0;
+  return static_cast<double>(std::lround(gemmi::covalent_radius(static_cast<gemmi::El>(number)) * 100.0F)) /
+         100.0;
 }
 
 double atomic_weight(int number) {

@@ -497,8 +497,9 @@ Picture draw_sheet(const std::vector<THandle<CrystalStructureDatabaseEntry>>& en
                 whole(height * static_cast<double>(rows)));
   Drawn total;
   for (std::size_t i = 0; i < entries.size(); ++i) {
-    const Frame frame = {width * static_cast<double>(i % columns), height * static_cast<double>(i / columns),
-                         width, height};
+    const std::size_t row = i / columns;
+    const Frame frame = {width * static_cast<double>(i % columns), height * static_cast<double>(row), width,
+                         height};
     const double letters = std::clamp(height / 25.0, 4.0, 16.0);
     const PagePoint title = {frame.left + width / 2, frame.top + height - 1.2 * letters};
     const auto fitting = [&](const std::string& text) {

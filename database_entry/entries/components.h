@@ -97,16 +97,19 @@ inline constexpr std::tuple entry_components{
 
 inline constexpr std::size_t component_count = std::tuple_size_v<decltype(entry_components)>;
 
+// The position of a kind in the list.
+template <class... Row>
+// uncovered: only the compiler runs it
+consteval std::size_t component_position(ComponentKind kind, const std::tuple<Row...>&) {
+  constexpr ComponentKind kinds[] = {Row::kind...};
+  std::size_t position = 0;
+  while (kinds[position] != kind) ++position;
+  return position;
+}
+
 // The row of one kind: component_row<ComponentKind::cell>.get(entry).
 template <ComponentKind kind>
-inline constexpr auto component_row = std::get<std::apply(
-    [](auto... component) {
-      constexpr ComponentKind kinds[] = {decltype(component)::kind...};
-      std::size_t position = 0;
-      while (kinds[position] != kind) ++position;
-      return position;
-    },
-    entry_components)>(entry_components);
+inline constexpr auto component_row = std::get<component_position(kind, entry_components)>(entry_components);
 
 // Calls `visit` with each row, in the order of the kinds, 1 to 16. Take it by value (`auto component`), so
 // that `if constexpr (component.printed)` is possible.

@@ -39,6 +39,7 @@ class LabelTexts {
   }
 
  private:
+  // uncovered: only the compiler runs it
   static consteval std::array<std::string_view, count> labels() {
     return std::apply([](const auto&... field) { return std::array{std::string_view(field.label)...}; },
                       Record::fields());
@@ -49,6 +50,7 @@ class LabelTexts {
     return size;
   }
 
+  // uncovered: only the compiler runs it
   constexpr void add(std::string_view text) {
     std::copy(text.begin(), text.end(), characters_.begin() + static_cast<std::ptrdiff_t>(size_));
     size_ += text.size();

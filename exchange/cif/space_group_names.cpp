@@ -152,7 +152,7 @@ bool is_asked_for(const SpaceGroup& group, const std::string& setting) {
 NamedSpaceGroup named(const SpaceGroup& group, const Cell& cell) {
   NamedSpaceGroup result;
   for (const gemmi::Op& op : group.operations()) {
-    result.operators.push_back(CrystalSymmetryOperator(op.triplet()));
+    result.operators.emplace_back(op.triplet());
   }
   result.name = group.xhm();
   result.number = group.number;

@@ -189,8 +189,8 @@ class Writer {
                                           tag_of("crystal_maker.x"),     tag_of("crystal_maker.y"),
                                           tag_of("crystal_maker.z"),     tag_of("crystal_maker.occupancy")};
     if (!alternatives.empty()) {
-      tags.push_back("_atom_site_disorder_assembly");
-      tags.push_back("_atom_site_disorder_group");
+      tags.emplace_back("_atom_site_disorder_assembly");
+      tags.emplace_back("_atom_site_disorder_group");
     }
     std::vector<std::vector<std::string>> rows;
     for (const auto& atom : atoms) {

@@ -62,7 +62,7 @@ class REGEX_EXPORT Regex {
   // comment that runs to the end of the line.
   static constexpr unsigned int extended_syntax = 8;
 
-  // Throws RegexError for a bad pattern, and (with offset 0) for options other than 0 and extended_syntax.
+  // Throws RegexError for a bad pattern, and (with offset 0) for any option except 0 and extended_syntax.
   explicit Regex(const std::string& pattern, unsigned int options = 0);
 
   // Copies share what was built. Moving copies, so that no Regex is ever empty.

@@ -71,7 +71,7 @@ class REGEX_EXPORT RegexResults {
   std::string text_;
 };
 
-// One of the matched stretches, as a look into the results; a string made of it stands on its own.
+// One of the matched stretches, as a look into the results; a string made of it is independent of them.
 class REGEX_EXPORT RegexResults::Match {
  public:
   operator std::string() const { return str(); }

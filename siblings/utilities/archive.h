@@ -8,7 +8,7 @@
 // 8 bytes, IEEE 754; bool is 1 byte, written 0 or 1 and read as "not 0". Texts, lists and handles:
 // docs/archive_format.md.
 //
-// The archive keeps no bytes of its own: after every operation the stream stands exactly where fread and
+// The archive keeps no bytes of its own: after every operation the stream is exactly where fread and
 // fwrite of the same bytes would have left it, and foreign code may use the stream in between.
 //
 // Fails: an operation that cannot read or write its scalar whole throws ArchiveError; the bytes that came

@@ -1,7 +1,7 @@
 #include <utilities/t_handle_common.h>
 
-#include <cassert>
 #include <cstddef>
+#include <stdexcept>
 
 NullHandleError::NullHandleError() : std::logic_error("Null handle") {}
 
@@ -19,7 +19,7 @@ struct CountsOfNulls {
 }  // namespace
 
 NullHandles::NullHandles(int handles) {
-  assert(handles <= most);
+  if (handles > most) throw std::length_error("NullHandles: more handles than one block has counts for");
   auto* const block = new CountsOfNulls{handles, {}};
   next_ = block->counts;
   end_ = next_ + handles;

@@ -38,7 +38,7 @@ class UTILITIES_EXPORT NullHandles {
  public:
   static constexpr int most = 16;
 
-  // For up to `most` handles. Passes std::bad_alloc on.
+  // Throws std::length_error for more than `most` handles, and passes std::bad_alloc on.
   explicit NullHandles(int handles);
   NullHandles(const NullHandles&) = delete;
   NullHandles& operator=(const NullHandles&) = delete;

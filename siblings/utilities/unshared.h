@@ -1,4 +1,4 @@
-// An object of one's own behind a handle.
+// An object of one's own, held by a handle.
 // Internal: for reading into objects that others may hold.
 #pragma once
 

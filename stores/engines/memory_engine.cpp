@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <map>
+#include <ranges>
 
 namespace {
 
@@ -44,7 +45,7 @@ class MemoryEngine : public ScanningEngine {
     try {
       work();
     } catch (...) {
-      for (auto step = undo_.rbegin(); step != undo_.rend(); ++step) (*step)();
+      for (const auto& undo : std::views::reverse(undo_)) undo();
       is_writing_ = false;
       throw;
     }

@@ -81,13 +81,13 @@ TEST(EntrySummaryCheck, PassesANaNInTheCell) {
   EXPECT_TRUE(TestSuite::failures().empty());
 }
 
-TEST(EntrySummaryCheck, EndsWhenThereIsNoCellBehindTheIdentifier) {
+TEST(EntrySummaryCheck, EndsWhenThereIsNoCellAfterTheIdentifier) {
   TestSuite::reset();
   EXPECT_THROW(test_database_entry_summary("run1", empty_entry(), "ABCDEF", 10.0, 2), NullHandleError);
   EXPECT_EQ(TestSuite::failures(), Texts{"run1 identifier \nABCDEF << should be\n << was\n"});
 }
 
-TEST(EntrySummaryCheck, EndsWhenThereIsNoListOfOperatorsBehindTheLength) {
+TEST(EntrySummaryCheck, EndsWhenThereIsNoListOfOperatorsAfterTheLength) {
   const Cell cell(10, 1, 1, 90, 90, 90, {});
   const Entry entry(DatabaseEntryIdentifier("ABCDEF"), handle_to(CrystalMaker(handle_to(cell))));
   TestSuite::reset();

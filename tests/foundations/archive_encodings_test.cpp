@@ -98,7 +98,7 @@ TEST(ArchivedTextList, OfAShorterCountTruncates) {
   EXPECT_EQ(list, std::vector<std::string>{"new"});
 }
 
-TEST(ArchivedTextList, CutShortKeepsOldElementsBehindTheFailure) {
+TEST(ArchivedTextList, CutShortKeepsOldElementsAfterTheFailure) {
   std::vector<std::string> list{"old1", "old2", "old3", "old4"};
   EXPECT_THROW(read_from(bytes(int32(3), text("new")), [&](Archive& archive) { archive >> list; }),
                ArchiveError);

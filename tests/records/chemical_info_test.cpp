@@ -38,7 +38,7 @@ TEST(ChemicalInfo, ByDefaultPrintsItsLabelsBackToBack) {
             "classifiers: , synonyms: \n");
 }
 
-TEST(ChemicalInfo, PrintsATabBehindEachElementOfItsLists) {
+TEST(ChemicalInfo, PrintsATabAfterEachElementOfItsLists) {
   EXPECT_EQ(printed(cholesterol()),
             "formula: C27 H46 O, name: cholesterol, bioactivity: lipid, conformer: chair, "
             "source: gallstones, peptide_sequence: Gly-Ala, isomer: 3-beta, "

@@ -61,7 +61,7 @@ TEST(CrystalInfo, WithANaNIsUnequalToItsOwnCopy) {
   EXPECT_FALSE(info == CrystalInfo(info));
 }
 
-TEST(CrystalInfo, KeepsTheFieldsBehindAFailure) {
+TEST(CrystalInfo, KeepsTheFieldsAfterAFailure) {
   CrystalInfo info = Sample<CrystalInfo>::filled();
   failed_read<ArchiveError>(info, bytes(float64(8), float64(1), text("blue")));
   EXPECT_EQ(info.z, 8.0);

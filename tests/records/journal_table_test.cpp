@@ -75,7 +75,7 @@ struct Flag {
   const char* reason;
 };
 
-TEST(JournalTable, ConvertsTheFlagBehindItsBlanks) {
+TEST(JournalTable, ConvertsTheFlagAfterItsBlanks) {
   const Flag flags[] = {{"   1", 1, "current"},          {"  -1", -1, "discontinued"},
                         {"1   ", 1, "left-aligned"},     {"-999", -999, "fills its column"},
                         {"9999", 9999, "the largest"},   {"    ", 0, "no number at all"},
@@ -86,7 +86,7 @@ TEST(JournalTable, ConvertsTheFlagBehindItsBlanks) {
   }
 }
 
-TEST(JournalTable, HasNothingInColumnsBehindTheEndOfALine) {
+TEST(JournalTable, HasNothingInColumnsAfterTheEndOfALine) {
   const std::string line(33, 'x');
   EXPECT_EQ(journal_table::title(line), "");
   for (const std::size_t length : {0U, 4U, 28U, 32U}) {

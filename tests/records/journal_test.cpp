@@ -118,7 +118,7 @@ TEST(Journal, ThatWasReadWithANumberBelowOneHasNoState) {
             "Journal::discontinued: Invalid VORN coden.");
 }
 
-TEST(Journal, KeepsTheFieldsBehindTheEndOfTheStream) {
+TEST(Journal, KeepsTheFieldsAfterTheEndOfTheStream) {
   Journal journal(4);
   EXPECT_THROW(read_from(text("New"), [&](Archive& archive) { journal.read(archive); }), ArchiveError);
   EXPECT_EQ(journal.name(), "New");

@@ -21,7 +21,7 @@ TEST(Publication, ByDefaultNamesTheFirstJournalOfTheList) {
   EXPECT_EQ(printed(none), "Acta Crystallogr., , , 0\n");
 }
 
-TEST(Publication, PrintsASeparatorBehindEveryAuthorAndPageBeforeYear) {
+TEST(Publication, PrintsASeparatorAfterEveryAuthorAndPageBeforeYear) {
   EXPECT_EQ(printed(Sample<Publication>::filled()),
             "A.B.Smith, B.de la Second-Author, , J.Am.Chem.Soc., 101, 2345, 1979\n");
 }
@@ -64,7 +64,7 @@ TEST(Publication, ReadsAShorterListOfAuthorsOverALongerOne) {
   EXPECT_EQ(publication.authors, std::vector<std::string>{"One"});
 }
 
-TEST(Publication, KeepsTheFieldsBehindTheEndOfTheStream) {
+TEST(Publication, KeepsTheFieldsAfterTheEndOfTheStream) {
   Publication publication = Sample<Publication>::filled();
   failed_read<ArchiveError>(publication,
                             bytes(text("New"), int32(5), text("NEWNEW"), int32(1), text("D.Doe"), text("7")));
@@ -77,9 +77,9 @@ TEST(Publication, KeepsTheFieldsBehindTheEndOfTheStream) {
 
 TEST(Publication, ComparesItsJournalByInternationalCodenAlone) {
   const Publication placeholder({"A"}, Journal(861), "1", 2000, "1");
-  const Publication behind_the_list({"A"}, Journal(1419), "1", 2000, "1");
+  const Publication after_the_list({"A"}, Journal(1419), "1", 2000, "1");
   const Publication another({"A"}, Journal(4), "1", 2000, "1");
-  EXPECT_TRUE(placeholder == behind_the_list);
+  EXPECT_TRUE(placeholder == after_the_list);
   EXPECT_FALSE(placeholder == another);
 }
 

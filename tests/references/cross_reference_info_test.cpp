@@ -96,7 +96,7 @@ TEST(CrossReferenceInfo, HoldsTextsThatDifferBeyondANul) {
   EXPECT_EQ(info_with({reference(1, {"a\0b", 3}), reference(1, {"a\0c", 3})}).size(), 2U);
 }
 
-TEST(CrossReferenceInfo, PrintsEachReferenceWithABlankBehindIt) {
+TEST(CrossReferenceInfo, PrintsEachReferenceWithABlankAfterIt) {
   EXPECT_EQ(printed(CrossReferenceInfo()), "Cross References: ");
   EXPECT_EQ(printed(info_with({reference(3, "x")})), "Cross References: type: 3text: x ");
   EXPECT_EQ(printed(info_with({reference(3, "x"), reference(1, "y")})),

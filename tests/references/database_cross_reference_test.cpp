@@ -116,7 +116,7 @@ TEST(DatabaseCrossReference, FindsTheIdentifiersThatStandInItsText) {
   for (const auto& each : cases) EXPECT_EQ(identifiers_in(each.text), each.expected) << each.reason;
 }
 
-TEST(DatabaseCrossReference, AppendsIdentifiersBehindWhatIsThere) {
+TEST(DatabaseCrossReference, AppendsIdentifiersAfterWhatIsThere) {
   std::vector<DatabaseEntryIdentifier> identifiers{DatabaseEntryIdentifier("old")};
   racemate("[ABCDEF]").identifiers(identifiers);
   EXPECT_EQ(texts_of(identifiers), (Texts{"old", "ABCDEF"}));
@@ -133,7 +133,7 @@ TEST(DatabaseCrossReference, IsEqualByTypeAndText) {
   EXPECT_FALSE(racemate(std::string("x\0y", 3)) == racemate(std::string("x\0z", 3)));
 }
 
-TEST(DatabaseCrossReference, PrintsItsTypeAsANumberAndNoBlankBehindIt) {
+TEST(DatabaseCrossReference, PrintsItsTypeAsANumberAndNoBlankAfterIt) {
   EXPECT_EQ(printed(racemate("Racemate of [ABCDEF]")), "type: 1text: Racemate of [ABCDEF]");
 }
 
@@ -157,7 +157,7 @@ TEST(DatabaseCrossReference, KeepsABadTypeAndTheNewTextAfterAFailedRead) {
   }
 }
 
-TEST(DatabaseCrossReference, ChecksTheTypeBehindTheText) {
+TEST(DatabaseCrossReference, ChecksTheTypeAfterTheText) {
   DatabaseCrossReference reference;
   EXPECT_THROW(read_from(int32(9), [&](Archive& archive) { reference.read(archive); }), ArchiveError);
   EXPECT_EQ(reference.type(), 9);

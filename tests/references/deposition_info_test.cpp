@@ -96,7 +96,7 @@ TEST(DepositionInfo, IsListedByType) {
   EXPECT_EQ(printed(info_with({{9, "9"}, {3, "IUC3"}})), "0: 3: IUC3\t1: 9: 9\t");
 }
 
-TEST(DepositionInfo, PrintsIndexTypeAndTextWithATabBehindEach) {
+TEST(DepositionInfo, PrintsIndexTypeAndTextWithATabAfterEach) {
   EXPECT_EQ(printed(info_with({{0, "VORN 123456"}, {6, "R77"}})), "0: 0: VORN 123456\t1: 6: R77\t");
 }
 
@@ -261,7 +261,7 @@ TEST(DepositionInfo, TruncatesToAShorterCountWhenRead) {
   EXPECT_EQ(printed(info), "");
 }
 
-TEST(DepositionInfo, StoresABadTypeKeepsItsTextAndStandsBehindIt) {
+TEST(DepositionInfo, StoresABadTypeKeepsItsTextAndIsAfterIt) {
   DepositionInfo info = info_with({{0, "old 0"}, {1, "old 1"}});
   const File file =
       file_with(bytes(int32(3), int32(6), text("new"), int32(12), text("unread"), int32(1), text("x")));

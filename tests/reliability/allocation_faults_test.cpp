@@ -58,7 +58,7 @@ Nothing nothing() {
   return {};
 }
 
-// For actions that make something: there is nothing to leave behind.
+// For actions that make something: there is nothing that it could leave.
 template <class Action>
 void expect_no_leak(const Action& action) {
   const int failures = fail_every_allocation(

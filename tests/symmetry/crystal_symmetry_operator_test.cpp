@@ -67,12 +67,20 @@ struct Spelling {
   const char* why;
 };
 
+TEST(CrystalSymmetryOperator, RefusesDigitsThatAddUpToAThousand) {
+  std::string text = "x,y,z";
+  for (int term = 0; term < 111; ++term) text += "+9";
+  EXPECT_EQ(CrystalSymmetryOperator(text).xyz(), "x,y,999+z");
+  EXPECT_THROW(CrystalSymmetryOperator(text + "+1"), std::invalid_argument);
+}
+
 TEST(CrystalSymmetryOperator, ReadsEverySpellingOfTheSameOperator) {
   for (const Spelling& row : {
            Spelling{"X,Y,Z", "x,y,z", "capitals are as good"},
            {" x + 1/2 ,\t-y , z ", "1/2+x,-y,z", "blanks and tabs do not count"},
            {"x+1/2,-y,z", "1/2+x,-y,z", "the translation may come last"},
            {"+x,+y,+z", "x,y,z", "a plus in front says nothing"},
+           {"x,y,z+1", "x,y,1+z", "a number may be the last of the text"},
            {"y-x,y,z", "-x+y,y,z", "the axes are put in order"},
            {"0.5+x,.25+y,0.75+z", "1/2+x,1/4+y,3/4+z", "decimals that are fractions exactly"},
            {"2/4+x,4/6+y,3/24+z", "1/2+x,2/3+y,1/8+z", "fractions are reduced"},

@@ -166,6 +166,11 @@ TEST(THandle, IsNeverMadeFromAPointerByAccident) {
   SUCCEED();
 }
 
+TEST(NullHandles, AreAtMostSixteenAtATime) {
+  EXPECT_NO_THROW(NullHandles{16});
+  EXPECT_THROW(NullHandles{17}, std::length_error);
+}
+
 TEST(NullHandles, OwnACountEach) {
   NullHandles nulls(2);
   const THandle<int> first = nulls.make<int>();

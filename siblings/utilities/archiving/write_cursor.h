@@ -39,6 +39,7 @@ class WriteCursor : Cursor<WriteWindow> {
   template <ScalarOrArray... T>
   void write_text(const std::string& text, const T&... before) {
     const std::size_t size = text.size();
+    // uncovered: the layout of strings is a constant
     if (strings_hold_short_texts && size <= short_text &&
         window_.loose_size() >= space_for_short_text<T..., unsigned int>) [[likely]] {
       window_.next = encode_all(window_.next, before..., static_cast<unsigned int>(size));

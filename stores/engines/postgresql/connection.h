@@ -129,7 +129,7 @@ class PostgresqlConnection {
   [[noreturn]] void fail(const PGresult* result);
   void connect();
   [[nodiscard]] bool is_lost() const { return PQstatus(connection_) != CONNECTION_OK; }
-  // Before the first statement of a transaction, and before one that stands alone.
+  // Before the first statement of a transaction, and before one that is alone.
   void make_ready();
 
   void begin(PostgresqlStatement& statement);

@@ -41,7 +41,7 @@ TEST(Progress, IsWipedOutOnce) {
   EXPECT_EQ(watched.messages.str(), "\r1/2 files\r\x1b[K");
 }
 
-TEST(Progress, LeavesNoLineBehindWhenItGoes) {
+TEST(Progress, LeavesNoLineWhenItGoes) {
   Watched watched;
   {
     Progress progress(watched.terminal, 2, "files");
