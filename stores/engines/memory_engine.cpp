@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <map>
-#include <ranges>
 
 namespace {
 
@@ -45,7 +44,7 @@ class MemoryEngine : public ScanningEngine {
     try {
       work();
     } catch (...) {
-      for (const auto& undo : std::views::reverse(undo_)) undo();
+      for (; !undo_.empty(); undo_.pop_back()) undo_.back()();
       is_writing_ = false;
       throw;
     }

@@ -163,7 +163,8 @@ TEST(JournalList, IsRefusedWhenItIsCutAnywhere) {
   std::string before;
   for (int number = 1; number < 1418; ++number) before += placeholder(number);
   std::vector<std::string> lists;
-  for (const std::size_t length : {0U, 1U, 4U, 10U, 32U, 33U}) lists.push_back(before + last.substr(0, length));
+  for (const std::size_t length : {0U, 1U, 4U, 10U, 32U, 33U})
+    lists.push_back(before + last.substr(0, length));
   EXPECT_THAT(refusals_of(lists), testing::Each(testing::Not("")));
 }
 

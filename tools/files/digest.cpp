@@ -13,7 +13,7 @@
 
 struct Digest::State {
   struct Free {
-    void operator()(EVP_MD_CTX* context) const { ::EVP_MD_CTX_free(context); }
+    void operator()(EVP_MD_CTX* made) const { ::EVP_MD_CTX_free(made); }
   };
   std::unique_ptr<EVP_MD_CTX, Free> context{::EVP_MD_CTX_new()};
 };
