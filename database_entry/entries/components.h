@@ -99,7 +99,6 @@ inline constexpr std::size_t component_count = std::tuple_size_v<decltype(entry_
 
 // The position of a kind in the list.
 template <class... Row>
-// uncovered: only the compiler runs it
 consteval std::size_t component_position(ComponentKind kind, const std::tuple<Row...>&) {
   constexpr ComponentKind kinds[] = {Row::kind...};
   std::size_t position = 0;

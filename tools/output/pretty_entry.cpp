@@ -36,7 +36,8 @@ const std::map<std::string, Json>& usual_values() {
 }
 
 bool is_nothing(const Json& value) {
-  return value.is_null() || value == "" || value == 0 || value == false;
+  if (value.is_string()) return value.get_ref<const std::string&>().empty();
+  return value.is_null() || value == 0 || value == false;
 }
 
 bool is_absent(const std::string& field, const Json& value) {

@@ -50,8 +50,7 @@ inline void assign_short(std::string& text, const char* sixteen_bytes, std::size
     std::construct_at(&text, sixteen_bytes, short_text - 1);  // in the string itself: cannot throw
     text.erase(length_to_nul(sixteen_bytes, length));
   } else {
-    // uncovered: for strings of another layout
-    text.assign(sixteen_bytes, length_to_nul(sixteen_bytes, length));
+    text.assign(sixteen_bytes, length_to_nul(sixteen_bytes, length));  // uncovered: for other layouts
   }
 }
 
