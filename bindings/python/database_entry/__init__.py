@@ -21,7 +21,8 @@ from . import records as _records
 from .archives import Archive, ArchiveWriter, open
 from .convert import frame, from_ase, from_gemmi, to_ase, to_gemmi
 from .errors import *
-from .exchange import Entries, ImportResult, parse_cif, read_cif
+from .exchange import (Entries, ImportResult, parse_cif, parse_json, read_cif, read_json, write_cif, write_json,
+                       write_xyz)
 from .perception import Finding, PerceptionReport, check, perceive, picture, save_picture
 from .stores import Database, Row, connect, query
 from .values import DatabaseEntryIdentifier

@@ -2,9 +2,9 @@
 
 import collections.abc
 import os
-import tempfile
 
 from . import _database_entry as _c
+from .files import make_part
 from .values import DatabaseEntryIdentifier
 
 _BATCH = 256
@@ -105,14 +105,9 @@ class ArchiveWriter:
 
     def __init__(self, path, append=False):
         self.path = os.fspath(path)
-        folder, name = os.path.split(os.path.abspath(self.path))
-        descriptor, self._part = tempfile.mkstemp(prefix=f".{name}.", suffix=".part", dir=folder)
-        os.close(descriptor)
+        self._part = make_part(self.path)
         self.count = 0
         try:
-            umask = os.umask(0)
-            os.umask(umask)
-            os.chmod(self._part, 0o666 & ~umask)
             if append and os.path.exists(self.path):
                 with open_file(self.path, "rb") as old, open_file(self._part, "wb") as new:
                     while block := old.read(1 << 20):

@@ -17,8 +17,8 @@ class ArchiveError(Error, OSError):
     """A stored archive cannot be read or written. The text has the file, the entry and the offset."""
 
 
-class CifError(Error, ValueError):
-    """A CIF file that cannot be read to its end.
+class ReadError(Error, ValueError):
+    """A file that cannot be read to its end.
 
     `line` and `column` count from 1; `hint` is a way out; `entries` are those before the error.
     """
@@ -27,6 +27,14 @@ class CifError(Error, ValueError):
     column = 0
     hint = ""
     entries: tuple = ()
+
+
+class CifError(ReadError):
+    """A CIF file that cannot be read to its end."""
+
+
+class JsonError(ReadError):
+    """A JSON text that cannot be read, or of which an object is no entry."""
 
 
 class StoreError(Error):

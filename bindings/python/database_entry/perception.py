@@ -6,6 +6,7 @@ from collections import namedtuple
 from types import SimpleNamespace
 
 from . import _database_entry as _c
+from .files import written
 
 Finding = namedtuple("Finding", "number where sentence")
 Finding.__doc__ = "What a check has found: a number that never changes, where in the entry, and what was seen."
@@ -44,5 +45,5 @@ def save_picture(entry, path, kind="diagram", **options):
     """Writes the picture to a file, whose ending says the format."""
     format = os.path.splitext(os.fspath(path))[1].lstrip(".").lower()
     drawn = picture(entry, kind, format, **options)
-    with open(path, "wb") as file:
+    with written(path) as file:
         file.write(drawn)

@@ -244,6 +244,21 @@ def _json(self, indent=None):
     return _c._json(self, -1 if indent is None else indent)
 
 
+def _from_json(cls, text):
+    """The entry of what to_json() made (str or bytes). A component that is not there has its defaults; null is None."""
+    return _c._entry_from_json(text.encode("utf-8", "surrogatepass") if isinstance(text, str) else bytes(text))
+
+
+def _to_cif(self):
+    """The entry as a CIF file of one data block."""
+    return _c._CifWriter().write(self).decode("utf-8", "surrogateescape")
+
+
+def _to_xyz(self, *, cell=False):
+    """The atoms as extended XYZ: those that are stored, or with cell=True all of the cell."""
+    return _c._xyz(self, cell)
+
+
 def _list_repr(self):
     return repr(list(self))
 
@@ -308,4 +323,7 @@ def prepare():
     entry.to_dict = _entry_to_dict
     entry.from_dict = classmethod(_entry_from_dict)
     entry.to_json = _json
+    entry.from_json = classmethod(_from_json)
+    entry.to_cif = _to_cif
+    entry.to_xyz = _to_xyz
     _c.CrystalStructureDeferredDatabaseEntry._has = lambda self, name: False

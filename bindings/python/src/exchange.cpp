@@ -1,8 +1,13 @@
-// CIF in, JSON out.
+// CIF and JSON in and out, XYZ out.
 #include <exchange/cif_reader.h>
+#include <exchange/cif_writer.h>
 #include <exchange/entry_json.h>
+#include <exchange/json_reader.h>
+#include <exchange/xyz_writer.h>
 
+#include <sstream>
 #include <stdexcept>
+#include <utility>
 
 #include "record.h"
 
@@ -31,31 +36,71 @@ py::dict plain(const ImportResult& result) {
   return fields;
 }
 
+ReaderOptions options_of(const std::string& identifier_from, const std::string& file_stem) {
+  ReaderOptions options;
+  options.file_stem = file_stem;
+  if (identifier_from == "name") {
+    options.identifier_from = ReaderOptions::name;
+  } else if (identifier_from == "file") {
+    options.identifier_from = ReaderOptions::file;
+  } else if (identifier_from != "code") {
+    throw std::invalid_argument("identifier_from is 'code', 'name' or 'file', not '" + identifier_from + "'");
+  }
+  return options;
+}
+
+template <class Reader>
+py::list all_results(const std::string& text, const ReaderOptions& options) {
+  std::vector<ImportResult> results;
+  {
+    // The entries are this call's own until it ends.
+    const py::gil_scoped_release others_may_run;
+    Reader reader(text, options);
+    while (auto result = reader.next()) results.push_back(std::move(*result));
+  }
+  py::list list;
+  for (const ImportResult& result : results) list.append(plain(result));
+  return list;
+}
+
+// Gives the text of entry after entry, with what the first of a file begins with.
+class TextWriter {
+ public:
+  py::bytes write(const CrystalStructureDatabaseEntry& entry) {
+    text_.str("");
+    writer_.write(entry);
+    return py::bytes(text_.str());
+  }
+
+ private:
+  std::ostringstream text_;
+  CifWriter writer_{text_};
+};
+
 }  // namespace
 
 void bind_exchange(py::module_& module) {
   module.def("_read_cif",
              [](const std::string& text, const std::string& identifier_from, const std::string& file_stem) {
-               ReaderOptions options;
-               options.file_stem = file_stem;
-               if (identifier_from == "name") {
-                 options.identifier_from = ReaderOptions::name;
-               } else if (identifier_from == "file") {
-                 options.identifier_from = ReaderOptions::file;
-               } else if (identifier_from != "code") {
-                 throw std::invalid_argument("identifier_from is 'code', 'name' or 'file', not '" +
-                                             identifier_from + "'");
-               }
-               std::vector<ImportResult> results;
-               {
-                 // The entries are this call's own until it ends.
-                 const py::gil_scoped_release others_may_run;
-                 results = read_cif(text, options);
-               }
-               py::list list;
-               for (const ImportResult& result : results) list.append(plain(result));
-               return list;
+               return all_results<CifReader>(text, options_of(identifier_from, file_stem));
              });
+  module.def("_read_json",
+             [](const std::string& text, const std::string& identifier_from, const std::string& file_stem) {
+               return all_results<JsonReader>(text, options_of(identifier_from, file_stem));
+             });
+  py::class_<TextWriter>(module, "_CifWriter").def(py::init<>()).def("write", &TextWriter::write);
+  module.def("_entry_from_json", [](const std::string& text) {
+    try {
+      return entry_from_json(nlohmann::ordered_json::parse(text)).entry;
+    } catch (const nlohmann::ordered_json::exception& error) {
+      throw std::invalid_argument(std::string("no JSON of an entry: ") + error.what());
+    } catch (const JsonEntryError& error) {
+      throw std::invalid_argument(error.what());
+    }
+  });
+  module.def("_xyz", [](const CrystalStructureDatabaseEntry& entry, bool cell) {
+    return Converter<std::string>::to(entry_xyz(entry, cell ? XyzAtoms::cell : XyzAtoms::asymmetric_unit));
+  });
   module.def("_json", [](const CrystalStructureDatabaseEntry& entry, int indent) {
     // Bytes that are no text become U+FFFD, which JSON cannot do without.
     return Converter<std::string>::to(
