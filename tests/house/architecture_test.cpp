@@ -1,10 +1,10 @@
 // Holds every #include of the tree against the table of rooms in docs/architecture.md.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <support/file_contents.h>
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <optional>
 #include <regex>
@@ -16,13 +16,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string text_of(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
 
 std::vector<std::string> lines_of(const std::string& text) {
   std::vector<std::string> lines;
@@ -95,9 +88,10 @@ Tree tree_on_disk() {
     for (const auto& entry : fs::recursive_directory_iterator(root / top)) {
       const std::string path = fs::relative(entry.path(), root);
       const std::string extension = entry.path().extension();
-      if (extension == ".h" || extension == ".cpp") tree.files[path] = text_of(entry.path());
+      if (extension == ".h" || extension == ".cpp") tree.files[path] = contents_of_file(entry.path());
       if (entry.path().filename() != "CMakeLists.txt") continue;
-      for (const std::string& list : all_of(text_of(entry.path()), R"(HEADERS\s([^)]*?)(?:SOURCES|\)))"))
+      for (const std::string& list :
+           all_of(contents_of_file(entry.path()), R"(HEADERS\s([^)]*?)(?:SOURCES|\)))"))
         for (const std::string& header : all_of(list, R"((\S+\.h))"))
           tree.public_headers.insert(fs::path(path).replace_filename(header));
     }
@@ -168,7 +162,8 @@ std::vector<std::string> objections(const std::vector<Room>& rooms, const Tree& 
 }
 
 const std::vector<Room>& rooms_on_the_page() {
-  static const std::vector<Room> rooms = rooms_in(text_of(fs::path(PROJECT_TREE) / "docs/architecture.md"));
+  static const std::vector<Room> rooms =
+      rooms_in(contents_of_file(fs::path(PROJECT_TREE) / "docs/architecture.md"));
   return rooms;
 }
 

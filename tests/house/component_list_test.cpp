@@ -1,10 +1,10 @@
 // The components of an entry are listed in one place; the rest of the tree walks that list.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <support/file_contents.h>
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <set>
 #include <sstream>
@@ -14,13 +14,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string text_of(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
 
 bool is_word(char c) {
   return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
@@ -51,7 +44,7 @@ std::set<std::string> words_of(const std::string& code) {
 // The accessors, from the list itself.
 std::set<std::string> component_names() {
   std::set<std::string> names;
-  std::istringstream lines(text_of(fs::path(PROJECT_TREE) / "database_entry/entries/components.h"));
+  std::istringstream lines(contents_of_file(fs::path(PROJECT_TREE) / "database_entry/entries/components.h"));
   for (std::string line; std::getline(lines, line);) {
     const bool row = line.starts_with("  FIXED(") || line.starts_with("  SETTABLE(");
     if (!row) continue;
@@ -110,7 +103,7 @@ TEST(ComponentList, IsSpelledByNobodyElse) {
       if ((extension != ".h" && extension != ".cpp") || spelled_out.contains(path)) continue;
       // A test of whole entries looks at many components, one after the other.
       const std::size_t a_list = path.starts_with("tests/") ? 13 : 10;
-      EXPECT_LT(components_named_in(text_of(entry.path()), names), a_list)
+      EXPECT_LT(components_named_in(contents_of_file(entry.path()), names), a_list)
           << path << " lists the components; walk the table of database_entry/entries/components.h instead";
     }
   }

@@ -1,22 +1,14 @@
 // The libraries can be built for another machine: their build runs CMake, and no program that it has made.
 #include <gtest/gtest.h>
+#include <support/file_contents.h>
 
 #include <filesystem>
-#include <fstream>
 #include <regex>
-#include <sstream>
 #include <string>
 
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string text_of(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
 
 TEST(CrossBuild, RunsNothingButCMake) {
   const fs::path root = PROJECT_TREE;
@@ -28,7 +20,7 @@ TEST(CrossBuild, RunsNothingButCMake) {
     for (const auto& entry : fs::recursive_directory_iterator(root / top)) {
       const fs::path& path = entry.path();
       if (path.filename() != "CMakeLists.txt" && path.extension() != ".cmake") continue;
-      const std::string text = text_of(path);
+      const std::string text = contents_of_file(path);
       for (std::sregex_iterator match(text.begin(), text.end(), command), end; match != end; ++match) {
         EXPECT_EQ((*match)[1], "${CMAKE_COMMAND}") << path;
         ++commands;

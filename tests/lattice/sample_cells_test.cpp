@@ -4,13 +4,12 @@
 #include <gtest/gtest.h>
 #include <lattice/lattice_error.h>
 #include <lattice/lattice_search.h>
+#include <support/file_contents.h>
 
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 #include <random>
-#include <sstream>
 
 namespace {
 
@@ -24,10 +23,7 @@ std::vector<Cell> sample_cells() {
   std::sort(paths.begin(), paths.end());
   std::vector<Cell> cells;
   for (const std::filesystem::path& path : paths) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    const std::string cif = text.str();
+    const std::string cif = contents_of_file(path);
     for (const ImportResult& result : read_cif(cif))
       if (!result.entry.is_null()) cells.push_back(*result.entry->cell());
   }

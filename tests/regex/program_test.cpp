@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 #include <regex/parser.h>
 #include <regex/program.h>
+#include <support/file_contents.h>
 
-#include <fstream>
 #include <sstream>
 #include <string>
 
@@ -42,10 +42,8 @@ std::string shown(const regex_detail::Program& program) {
 }
 
 TEST(Program, IsTheOneThatThePageWalksThrough) {
-  const std::ifstream file(PROJECT_TREE "/tests/regex/vorn_program.txt");
-  std::ostringstream expected;
-  expected << file.rdbuf();
-  EXPECT_EQ(shown(regex_detail::compile(regex_detail::parse("VORN\\s(\\d+)", false))), expected.str());
+  EXPECT_EQ(shown(regex_detail::compile(regex_detail::parse("VORN\\s(\\d+)", false))),
+            contents_of_file(PROJECT_TREE "/tests/regex/vorn_program.txt"));
 }
 
 }  // namespace

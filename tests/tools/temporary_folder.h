@@ -1,6 +1,8 @@
 // A folder for one test, gone with everything in it when the test ends.
 #pragma once
 
+#include <support/file_contents.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -38,8 +40,3 @@ class TemporaryFolder {
  private:
   std::filesystem::path path_;
 };
-
-inline std::string contents_of_file(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}

@@ -6,21 +6,15 @@
 #include <reliability/support/heap.h>
 #include <reliability/support/subjects.h>
 #include <support/damage.h>
+#include <support/file_contents.h>
 
 #include <cstdlib>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 
 namespace {
 
 constexpr std::size_t heap_per_byte = 32;
 constexpr std::size_t heap_base = 1 << 20;
-
-std::string contents_of(const char* name) {
-  std::ifstream file(name, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 // The bytes of each entry.
 std::vector<std::string> entries_of(const std::string& archive_bytes) {
@@ -85,7 +79,7 @@ class Sweep {
 
 int main(int count, char** arguments) {
   if (count < 2) return 2;
-  const std::vector<std::string> entries = entries_of(contents_of(arguments[1]));
+  const std::vector<std::string> entries = entries_of(contents_of_file(arguments[1]));
   const std::size_t wanted = count > 2 ? static_cast<std::size_t>(std::atol(arguments[2])) : entries.size();
   long streams = 0;
   long findings = 0;

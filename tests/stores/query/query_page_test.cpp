@@ -1,25 +1,18 @@
 // docs/queries.md: every example is read, every name is there.
 #include <gtest/gtest.h>
 #include <stores/entry_query.h>
+#include <support/file_contents.h>
 
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
 
 namespace {
 
-std::string page() {
-  std::ifstream file(QUERY_PAGE);
-  std::stringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
-
 // The lines of the code block of a language.
 std::vector<std::string> examples(const std::string& language) {
   std::vector<std::string> lines;
-  std::istringstream text(page());
+  std::istringstream text(contents_of_file(QUERY_PAGE));
   bool within = false;
   for (std::string line; std::getline(text, line);) {
     if (line.starts_with("```")) {
@@ -48,7 +41,7 @@ TEST(QueryPage, HasExamplesOfFiltersThatAreRead) {
 }
 
 TEST(QueryPage, HasEveryName) {
-  const std::string text = page();
+  const std::string text = contents_of_file(QUERY_PAGE);
   for_each_entry_column([&](const auto& column) {
     EXPECT_NE(text.find("`" + std::string(column.filter_name) + "`"), std::string::npos)
         << column.filter_name;
