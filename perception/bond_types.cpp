@@ -25,11 +25,11 @@ struct KnownLengths {
 };
 
 constexpr KnownLengths known_lengths[] = {
-    {6, 6, {1.52, 1.33, 1.19}},   {6, 7, {1.46, 1.29, 1.14}},  {6, 8, {1.42, 1.21, 1.13}},
-    {7, 7, {1.42, 1.24, 1.10}},   {7, 8, {1.41, 1.22, 1.15}},  {6, 16, {1.81, 1.67, 1.55}},
-    {6, 15, {1.84, 1.67, 1.54}},  {8, 15, {1.61, 1.48, 1.40}}, {8, 16, {1.60, 1.45, 1.40}},
-    {15, 16, {2.10, 1.95, 1.85}}, {7, 15, {1.68, 1.58, 1.50}}, {7, 16, {1.66, 1.54, 1.45}},
-    {16, 16, {2.05, 1.89, 1.80}}, {8, 17, {1.60, 1.43, 1.40}},
+    {6, 6, {1.52, 1.33, 1.19}},  {6, 7, {1.46, 1.29, 1.14}},   {6, 8, {1.42, 1.21, 1.13}},
+    {7, 7, {1.42, 1.24, 1.10}},  {7, 8, {1.41, 1.22, 1.15}},   {8, 8, {1.47, 1.21, 1.15}},
+    {6, 16, {1.81, 1.67, 1.55}}, {6, 15, {1.84, 1.67, 1.54}},  {8, 15, {1.61, 1.48, 1.40}},
+    {8, 16, {1.60, 1.45, 1.40}}, {15, 16, {2.10, 1.95, 1.85}}, {7, 15, {1.68, 1.58, 1.50}},
+    {7, 16, {1.66, 1.54, 1.45}}, {16, 16, {2.05, 1.89, 1.80}}, {8, 17, {1.60, 1.43, 1.40}},
 };
 
 Lengths lengths_of(int first, int second) {
@@ -99,7 +99,8 @@ class Typing {
     offer_electrons();
     share_electrons();
     settle_atoms();
-    const std::vector<std::vector<std::size_t>> rings = small_rings(size_, molecule_.bonds, 7);
+    const std::vector<std::vector<std::size_t>> rings = rings_of_main_group();
+    settle_ring_ions(rings);
     name_bonds();
     mark_aromatic(rings);
     mark_delocalised();
@@ -112,6 +113,15 @@ class Typing {
   void single_bonds() {
     for (std::size_t atom = 0; atom < size_; ++atom)
       for (const Neighbour& next : neighbours_[atom]) types_.orders[next.bond] = 1;
+  }
+
+  // The triangles that a metal makes with the bonds of a ligand would take the place of the ligand's own
+  // rings.
+  [[nodiscard]] std::vector<std::vector<std::size_t>> rings_of_main_group() const {
+    std::vector<std::array<std::size_t, 2>> bonds;
+    for (std::size_t bond = 0; bond < molecule_.bonds.size(); ++bond)
+      if (types_.orders[bond] > 0) bonds.push_back(molecule_.bonds[bond]);
+    return small_rings(size_, bonds, 7);
   }
 
   // The sum of the angles at an atom with three neighbours: 360 degrees where it is flat.
@@ -271,9 +281,12 @@ class Typing {
     if (bonded == 1) {
       offer(atom, bonds_metal_[atom] ? 3.0 : hydrogens_known_ ? 4.0 : 3.0);
       const std::size_t other = neighbours_[atom][0].atom;
-      if (numbers_[other] == 6 && degree(other) == 1) offer(atom, 0.0, 1.0);
+      // Carbon monoxide and the nitrosyl cation; nitric oxide is longer.
+      const bool triple = numbers_[other] == 6 || (numbers_[other] == 7 && !is_radical_oxide(other));
+      if (triple && degree(other) == 1) offer(atom, 0.0, 1.0);
     } else if (bonded == 2 && !has_hydrogen(atom)) {
-      offer(atom, 0.0, 8.0);
+      // Ozone's middle atom; else an oxonium ion's.
+      offer(atom, 0.0, terminal_chalcogens(atom) == 2 ? 0.5 : 8.0);
     }
   }
 
@@ -295,7 +308,8 @@ class Typing {
       }
     } else if (bonded == 3) {
       offer(atom, 1.0);
-      if (ends >= 3 || (ends == 2 && angle_sum(atom) > 350.0)) {
+      // Sulphur trioxide is flat, a sulphite ion is not.
+      if (ends >= 2 && angle_sum(atom) > 350.0) {
         offer(atom, 1.0);
         offer(atom, 1.0);
       }
@@ -371,6 +385,9 @@ class Typing {
         case 32:
           if (bonds > 4) {
             open_[atom] = numbers_[atom] == 6;
+            if (numbers_[atom] != 6) charge = 4 - bonds;
+          } else if (has_carbons_lone_pair(atom)) {
+            charge = -1;  // the ligand's own, where a metal takes the pair
           } else if (bonds < 4 && free) {
             if (!hydrogens_known_ && numbers_[atom] == 6) {
               hydrogens = 4 - bonds;
@@ -381,9 +398,9 @@ class Typing {
           break;
         case 7:
           if (bonds == 4) charge = 1;
-          if (bonds > 4) open_[atom] = true;
+          if (bonds > 4 || is_radical_oxide(atom)) open_[atom] = true;
           if (bonds < 3 && free) {
-            if (hydrogens_known_ || is_next_to_ammonium(atom)) {
+            if (hydrogens_known_ || is_next_to_ammonium(atom) || ends_cyanate(atom)) {
               charge = bonds - 3;
             } else {
               hydrogens = 3 - bonds;
@@ -422,7 +439,8 @@ class Typing {
         case 35:
         case 53:
           if (bonds == 0 && free) charge = -1;
-          if (bonds == 2 && numbers_[atom] != 9) charge = 1;
+          if (bonds == 2 && numbers_[atom] != 9) charge = is_polyhalide(atom) ? -1 : 1;
+          if (bonds == 4 && is_polyhalide(atom)) charge = -1;
           break;
         default:
           break;
@@ -435,6 +453,57 @@ class Typing {
     if (degree(atom) != 1) return false;
     const std::size_t other = neighbours_[atom][0].atom;
     return numbers_[other] == 7 && static_cast<int>(degree(other)) + pi_[other] == 4;
+  }
+
+  // Carbon monoxide, cyanide, an isocyanide: the end of a triple bond that is not missing a hydrogen atom.
+  [[nodiscard]] bool has_carbons_lone_pair(std::size_t atom) const {
+    if (numbers_[atom] != 6 || degree(atom) != 1 || pi_[atom] != 2) return false;
+    const std::size_t other = neighbours_[atom][0].atom;
+    return (numbers_[other] == 8 && degree(other) == 1) || (numbers_[other] == 7 && degree(other) <= 2);
+  }
+
+  // The nitrogen end of a cyanate or of its kind with another chalcogen.
+  [[nodiscard]] bool ends_cyanate(std::size_t atom) const {
+    if (degree(atom) != 1) return false;
+    const std::size_t carbon = neighbours_[atom][0].atom;
+    return numbers_[carbon] == 6 && degree(carbon) == 2 && pi_[carbon] == 2 &&
+           terminal_chalcogens(carbon) == 1;
+  }
+
+  // Nitric oxide, which is longer than its cation, and nitrogen dioxide, which is wider than the nitrite ion:
+  // an electron is alone.
+  [[nodiscard]] bool is_radical_oxide(std::size_t atom) const {
+    if (bonds_metal_[atom] || terminal_chalcogens(atom) != degree(atom)) return false;
+    if (degree(atom) == 1)
+      return distance(molecule_.places[atom], molecule_.places[neighbours_[atom][0].atom]) > 1.1;
+    return degree(atom) == 2 && !is_linear(atom) && angle_at(atom, 0, 1) > 125.0;
+  }
+
+  // A halogen in the middle of a line or a square of halogens, as in the triiodide ion.
+  [[nodiscard]] bool is_polyhalide(std::size_t atom) const {
+    const auto is_halogen = [&](const Neighbour& next) {
+      return valence_electrons(numbers_[next.atom]) == 7;
+    };
+    return (degree(atom) == 4 || is_linear(atom)) &&
+           std::all_of(neighbours_[atom].begin(), neighbours_[atom].end(), is_halogen);
+  }
+
+  // The one carbon atom that has no partner in a ring of five, or of seven: the anion of cyclopentadiene, the
+  // cation of cycloheptatriene.
+  void settle_ring_ions(const std::vector<std::vector<std::size_t>>& rings) {
+    for (const auto& ring : rings) {
+      if ((ring.size() != 5 && ring.size() != 7) || !is_flat(ring)) continue;
+      const auto is_open = [&](std::size_t atom) {
+        return open_[atom] && numbers_[atom] == 6 && degree(atom) == 3 && pi_[atom] == 0;
+      };
+      const auto alone = std::find_if(ring.begin(), ring.end(), is_open);
+      if (alone == ring.end() || !std::all_of(ring.begin(), ring.end(), [&](std::size_t atom) {
+            return atom == *alone || (numbers_[atom] == 6 && pi_[atom] == 1);
+          }))
+        continue;
+      open_[*alone] = false;
+      types_.charges[*alone] = ring.size() == 5 ? -1 : 1;
+    }
   }
 
   // Of two equal terminal oxygen atoms on one atom without hydrogen atoms known, the single one is charged.
@@ -472,6 +541,9 @@ class Typing {
       }
     }
     if (std::find(open_.begin(), open_.end(), true) != open_.end()) types_.complete = false;
+    // An end of an unknown bond has no charge that follows from it.
+    for (std::size_t atom = 0; atom < size_; ++atom)
+      if (degree(atom) == 1 && open_[neighbours_[atom][0].atom]) types_.charges[atom] = 0;
   }
 
   // Hückel's rule for each ring of five to seven atoms, and for two of them that share a bond.
@@ -530,12 +602,13 @@ class Typing {
         const int number = numbers_[atom];
         const bool lone_pair =
             (number == 7 && bonded <= 3) || ((number == 8 || number == 16 || number == 34) && bonded == 2);
-        const bool carbanion = number == 6 && bonds_metal_[atom] && bonded == 3;
+        const int charge = types_.charges[atom];
+        const bool carbanion = number == 6 && bonded == 3 && (bonds_metal_[atom] || charge == -1);
         if (lone_pair || carbanion) {
           total += 2;
           continue;
         }
-        if (number == 5 && bonded == 3) continue;
+        if (bonded == 3 && (number == 5 || (number == 6 && charge == 1))) continue;
         return -1;
       }
       if (pi_[atom] > 1) return -1;
@@ -595,6 +668,26 @@ class Typing {
             continue;
           types_.bonds[one.bond] = types_.bonds[other.bond] = BondType::delocalised;
         }
+      }
+      if (numbers_[centre] == 6) mark_amidinium(centre);
+    }
+  }
+
+  // Amidinium and guanidinium ions: a double bond to a charged nitrogen atom and single ones to flat ones, of
+  // about the same length.
+  void mark_amidinium(std::size_t centre) {
+    const auto length = [&](const Neighbour& end) {
+      return distance(molecule_.places[centre], molecule_.places[end.atom]);
+    };
+    for (const Neighbour& one : neighbours_[centre]) {
+      if (types_.orders[one.bond] != 2 || numbers_[one.atom] != 7 || types_.charges[one.atom] != 1) continue;
+      for (const Neighbour& other : neighbours_[centre]) {
+        if (types_.bonds[other.bond] != BondType::single_bond || numbers_[other.atom] != 7 ||
+            degree(other.atom) != 3 || angle_sum(other.atom) < 345.0)
+          continue;
+        if (types_.bonds[one.bond] == BondType::aromatic || std::abs(length(one) - length(other)) > 0.03)
+          continue;
+        types_.bonds[one.bond] = types_.bonds[other.bond] = BondType::delocalised;
       }
     }
   }
