@@ -1,8 +1,7 @@
+#include <perception/blossoms.h>
 #include <perception/matching.h>
 
 #include <algorithm>
-#include <boost/graph/adjacency_list.hpp>
-#include <boost/graph/maximum_weighted_matching.hpp>
 #include <map>
 #include <numeric>
 #include <utility>
@@ -11,12 +10,9 @@ namespace {
 
 constexpr std::size_t largest_part = 400;
 
-using Graph = boost::adjacency_list<boost::vecS, boost::vecS, boost::undirectedS, boost::no_property,
-                                    boost::property<boost::edge_weight_t, long long>>;
-
 // Weights as whole numbers, so that equal sums are equal.
 long long scaled(double weight) {
-  return static_cast<long long>(weight * 10000.0) * 2;
+  return std::max(1LL, static_cast<long long>(weight * 20000.0));
 }
 
 std::vector<std::size_t> greedy(const std::vector<WeightedPair>& pairs, std::vector<std::size_t> part) {
@@ -47,14 +43,12 @@ std::vector<std::size_t> exact(const std::vector<WeightedPair>& pairs, const std
     const auto [known, is_new] = best.emplace(ends, pair);
     if (!is_new && pairs[known->second].weight < pairs[pair].weight) known->second = pair;
   }
-  Graph graph(items);
-  for (const auto& [ends, pair] : best)
-    boost::add_edge(ends.first, ends.second, scaled(pairs[pair].weight), graph);
-  std::vector<boost::graph_traits<Graph>::vertex_descriptor> mate(items);
-  boost::maximum_weighted_matching(graph, mate.data());
+  BlossomMatching matching(items);
+  for (const auto& [ends, pair] : best) matching.add(ends.first, ends.second, scaled(pairs[pair].weight));
+  const std::vector<std::size_t> mates = matching.mates();
   std::vector<std::size_t> chosen;
   for (const auto& [ends, pair] : best)
-    if (mate[ends.first] == ends.second) chosen.push_back(pair);
+    if (mates[ends.first] == ends.second) chosen.push_back(pair);
   return chosen;
 }
 
