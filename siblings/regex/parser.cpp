@@ -36,11 +36,11 @@ ByteSet any_of(std::string_view bytes) {
   return set;
 }
 
-// The lowest byte of a set that is not empty.
-std::size_t first_of(const ByteSet& set) {
-  std::size_t byte = 0;
-  while (!set[byte]) ++byte;
-  return byte;
+// The byte of a set that has just one.
+std::size_t only_byte(const ByteSet& set) {
+  std::size_t only = 0;
+  for_each_byte(set, [&](std::size_t byte) { only = byte; });
+  return only;
 }
 
 // What an escaped letter stands for; the empty set where it stands for nothing.
@@ -368,8 +368,8 @@ class Parser {
     if (first.count() != 1 || last.count() != 1) {
       fail(offset, "a range in a class needs one byte at each end; write \\- for the byte itself");
     }
-    const std::size_t lower = first_of(first);
-    const std::size_t upper = first_of(last);
+    const std::size_t lower = only_byte(first);
+    const std::size_t upper = only_byte(last);
     if (lower > upper) fail(offset, "the range in the class is in the wrong order");
     return range(static_cast<char>(lower), static_cast<char>(upper));
   }

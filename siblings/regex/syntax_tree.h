@@ -2,7 +2,9 @@
 // Internal: callers want regex/regex.h.
 #pragma once
 
+#include <bit>
 #include <bitset>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -40,5 +42,15 @@ struct SyntaxTree {
   NodeIndex root = no_node;
   unsigned int groups = 0;
 };
+
+// Calls `visit` with each byte of a set, the lowest first.
+template <class Visit>
+void for_each_byte(const ByteSet& set, const Visit& visit) {
+  constexpr std::size_t word = 64;
+  for (std::size_t first = 0; first < set.size(); first += word) {
+    std::uint64_t bits = ((set >> first) & ByteSet(~std::uint64_t{0})).to_ullong();
+    for (; bits != 0; bits &= bits - 1) visit(first + static_cast<std::size_t>(std::countr_zero(bits)));
+  }
+}
 
 }  // namespace regex_detail

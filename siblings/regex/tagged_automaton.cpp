@@ -85,8 +85,7 @@ class AutomatonBuilder {
     for (const ByteSet& set : program_.sets) borders |= set ^ (set << 1);
     borders.set(0);
     std::vector<std::size_t> stretches;
-    for (std::size_t byte = 0; byte < borders.size(); ++byte)
-      if (borders[byte]) stretches.push_back(byte);
+    for_each_byte(borders, [&](std::size_t byte) { stretches.push_back(byte); });
 
     std::vector<std::size_t> classes(stretches.size(), 0);
     std::size_t count = 1;
