@@ -57,6 +57,10 @@ StoreResult EntryStore::put(const CrystalStructureDatabaseEntry& entry, const En
   return put_all({{&entry, origin}}, rule).front();
 }
 
+void EntryStore::set_imported(const std::string& file, const std::string& sha256) {
+  set_imported({{file, sha256}});
+}
+
 std::vector<std::pair<std::string, std::uint64_t>> EntryStore::tally(const std::string& column,
                                                                      const EntryQuery& query) {
   bool is_known = false;

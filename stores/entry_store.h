@@ -45,6 +45,11 @@ enum class StoreResult { added, replaced, unchanged, kept };
 // Whether a source asks for one component at a time, or for all with the first question.
 enum class Prefetch { none, all };
 
+struct ImportedFile {
+  std::string file;
+  std::string sha256;
+};
+
 struct SelectOptions {
   std::optional<std::string> after;  // only identifiers after this one
   std::optional<std::size_t> limit;  // at most so many
@@ -124,7 +129,9 @@ class STORES_EXPORT EntryStore {
   // Files of which every entry has been stored, so that an import that was stopped goes on where it was.
   // Removing an entry forgets its file.
   [[nodiscard]] virtual bool has_imported(const std::string& file, const std::string& sha256) = 0;
-  virtual void set_imported(const std::string& file, const std::string& sha256) = 0;
+  // In one transaction.
+  virtual void set_imported(const std::vector<ImportedFile>& files) = 0;
+  void set_imported(const std::string& file, const std::string& sha256);
 
   // In the order of identifiers, by bytes.
   [[nodiscard]] virtual std::vector<DatabaseEntryIdentifier> select(const EntryQuery& query,

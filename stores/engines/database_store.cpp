@@ -166,9 +166,12 @@ class DatabaseStore : public EntryStore {
   [[nodiscard]] bool has_imported(const std::string& file, const std::string& sha256) override {
     return engine_->has_imported(file, sha256);
   }
-  void set_imported(const std::string& file, const std::string& sha256) override {
+  using EntryStore::set_imported;
+  void set_imported(const std::vector<ImportedFile>& files) override {
     refuse_read_only();
-    engine_->transaction([&] { engine_->set_imported(file, sha256); });
+    engine_->transaction([&] {
+      for (const ImportedFile& one : files) engine_->set_imported(one.file, one.sha256);
+    });
   }
 
   [[nodiscard]] std::vector<DatabaseEntryIdentifier> select(const EntryQuery& query,

@@ -290,9 +290,10 @@ class Import {
     if (sink_ != nullptr && !puts.empty()) put = sink_->put_all(puts);
     auto next = put.begin();
     bool all_taken = true;
+    std::vector<ImportedFile> whole;  // each transaction waits for the disk
     for (Pending& one : pending_) {
       if (one.ends_file) {
-        if (all_taken && sink_ != nullptr) sink_->set_imported(one.file, one.sha256);
+        if (all_taken && sink_ != nullptr) whole.push_back({one.file, one.sha256});
         all_taken = true;
         continue;
       }
@@ -300,6 +301,7 @@ class Import {
       all_taken = all_taken && result != PutResult::refused && one.result.status != ImportResult::error;
       tell(one, result);
     }
+    if (!whole.empty()) sink_->set_imported(whole);
     pending_.clear();
   }
 

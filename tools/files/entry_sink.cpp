@@ -137,8 +137,8 @@ class StoreSink : public EntrySink {
     return rule_ != OnDuplicate::replace &&
            with_store_errors([&] { return store_->has_imported(file, sha256); });
   }
-  void set_imported(const std::string& file, const std::string& sha256) override {
-    with_store_errors([&] { store_->set_imported(file, sha256); });
+  void set_imported(const std::vector<ImportedFile>& files) override {
+    with_store_errors([&] { store_->set_imported(files); });
   }
 
   std::string commit() override { return fmt::format("{} entries in {}", store_->count(), place_); }
@@ -195,7 +195,7 @@ bool EntrySink::has_imported(const std::string& /*file*/, const std::string& /*s
   return false;
 }
 
-void EntrySink::set_imported(const std::string& /*file*/, const std::string& /*sha256*/) {}
+void EntrySink::set_imported(const std::vector<ImportedFile>& /*files*/) {}
 
 std::unique_ptr<EntrySink> open_archive_sink(const std::string& path, Duplicates duplicates, bool held) {
   return std::make_unique<ArchiveSink>(path, duplicates, held);

@@ -9,6 +9,7 @@
 
 #include <database_entry/entries/crystal_structure_immediate_database_entry.h>
 #include <stores/entry_origin.h>
+#include <stores/entry_store.h>
 
 #include <memory>
 #include <string>
@@ -47,7 +48,7 @@ class EntrySink {
   }
   // Whether every entry of such a file is there already, as a store knows; and that they are now.
   [[nodiscard]] virtual bool has_imported(const std::string& file, const std::string& sha256);
-  virtual void set_imported(const std::string& file, const std::string& sha256);
+  virtual void set_imported(const std::vector<ImportedFile>& files);
   // Once, after the last entry. Gives what has come of it, in words: "745 bytes in x.dbe".
   virtual std::string commit() = 0;
 };
