@@ -58,6 +58,8 @@ struct SqlCondition {
   // Whether every entry found has to be judged by matches() as well: what is found may be too much, never too
   // little.
   bool recheck = false;
+  // Where it says that an entry has each of some elements, and nothing else: their symbols.
+  std::vector<std::string> elements = {};
 };
 
 // The hash by which entry_text is indexed.

@@ -34,7 +34,7 @@ def main():
             for _ in range(int(count)):
                 database.get(code=random.choice(structures)["code"]).toatoms()
         elif task == "select":
-            question = "Ti,O,year>=1950,year<=1990,a>4.13,a<5.06,b>4.13,b<5.06,c>2.66,c<3.26"
+            question = "Ti,O,year>=1950,year<=1990,a>3.89,a<4.05,b>3.89,b<4.05,c>3.89,c<4.05"
             for _ in range(int(count)):
                 list(database.select(question))
         elif task == "write":

@@ -184,6 +184,11 @@ class DatabaseStore : public EntryStore {
     return engine_->select_columns(query, options);
   }
   [[nodiscard]] std::uint64_t count(const EntryQuery& query) override { return engine_->count(query); }
+  [[nodiscard]] std::vector<std::pair<std::string, std::uint64_t>> tally(const std::string& column,
+                                                                         const EntryQuery& query) override {
+    if (auto counted = engine_->tally(column, query)) return std::move(*counted);
+    return EntryStore::tally(column, query);
+  }
 
   [[nodiscard]] std::unique_ptr<EntrySnapshot> snapshot() override {
     return std::make_unique<EngineSnapshot>(engine_);

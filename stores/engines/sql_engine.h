@@ -7,10 +7,13 @@
 // in a transaction may be done later, but before anything else is read.
 #pragma once
 
+#include <stores/engines/entry_numbers.h>
 #include <stores/engines/sql_text.h>
 #include <stores/engines/store_engine.h>
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -38,6 +41,7 @@ class SqlEngine : public StoreEngine {
   SqlEngine(const std::string& place, std::unique_ptr<Connection> reader, Open open_writer)
       : place_(place), reader_(std::move(reader)), open_writer_(std::move(open_writer)) {
     compresses_ = setting(*reader_, "compress") != 0;
+    has_lists_ = reader_->has_element_lists();
   }
 
   [[nodiscard]] std::string place() const override { return place_; }
@@ -124,6 +128,8 @@ class SqlEngine : public StoreEngine {
       writer_->transaction([&] {
         forget();
         is_writing_ = true;
+        // Another program may have upgraded the store.
+        writes_lists_ = writer_->has_element_lists();
         work();
         flush();
         if (next_number_) run("UPDATE setting SET value = ?1 WHERE name = 'next_number'", *next_number_);
@@ -169,6 +175,7 @@ class SqlEngine : public StoreEngine {
   void clear_columns() override {
     writer_->statement("DELETE FROM entry_text").run();
     writer_->statement("DELETE FROM entry_element").run();
+    if (writes_lists_) writer_->statement("DELETE FROM element_block").run();
   }
 
   void set_columns(const EntryHead& head, const EntryColumns& columns) override {
@@ -229,6 +236,11 @@ class SqlEngine : public StoreEngine {
         found.push_back(std::move(columns.identifier));
       return found;
     }
+    if (has_lists_ && !condition.elements.empty()) {
+      const OneState one_state(*this);
+      for (Listed& entry : listed(condition.elements, options)) found.push_back(std::move(entry.identifier));
+      return found;
+    }
     each_selected("e.identifier", condition, options, [&](typename Connection::Statement& statement) {
       found.emplace_back(statement.bytes(0));
       return true;
@@ -241,6 +253,15 @@ class SqlEngine : public StoreEngine {
     std::vector<EntryColumns> found;
     const SqlCondition condition = query.sql(Connection::dialect);
     if (options.limit == std::size_t{0}) return found;
+    if (has_lists_ && !condition.elements.empty()) {
+      const OneState one_state(*this);
+      for (const Listed& entry : listed(condition.elements, options)) {
+        EntryHead head;
+        head.number = entry.number;
+        found.push_back(columns(head));
+      }
+      return found;
+    }
     each_selected(entry_column_names("e."), condition, options,
                   [&](typename Connection::Statement& statement) {
                     EntryColumns columns = this->columns(statement, 0);
@@ -260,9 +281,43 @@ class SqlEngine : public StoreEngine {
       });
       return matching;
     }
+    if (has_lists_ && !condition.elements.empty()) {
+      const OneState one_state(*this);
+      std::uint64_t listed = 0;
+      for (const Block& block : blocks_of_all(condition.elements))
+        listed += static_cast<std::uint64_t>(block.numbers.count());
+      return listed;
+    }
     auto statement = connection().statement("SELECT count(*) FROM entry e WHERE " + condition.where);
     bind_parameters(statement, condition);
     return statement.step() ? static_cast<std::uint64_t>(statement.integer(0)) : 0;
+  }
+
+  [[nodiscard]] std::optional<Tally> tally(const std::string& column, const EntryQuery& query) override {
+    const SqlCondition condition = query.sql(Connection::dialect);
+    if (condition.recheck) return std::nullopt;
+    std::optional<Tally> result;
+    for_each_entry_column([&](const auto& candidate) {
+      using Column = std::remove_cvref_t<decltype(candidate)>;
+      const std::string name = Column::is_elements ? "element" : candidate.short_name;
+      if (result || column.empty() || name != column) return;
+      result.emplace();
+      auto statement = connection().statement(tally_sql(candidate, condition.where));
+      statement.stream();
+      bind_parameters(statement, condition);
+      while (statement.step()) {
+        std::string value;
+        if constexpr (Column::is_integer) {
+          value = std::to_string(statement.integer(0));
+        } else if constexpr (Column::is_number) {
+          value = shortest(statement.number(0));
+        } else {
+          value = statement.bytes(0);
+        }
+        result->emplace_back(std::move(value), static_cast<std::uint64_t>(statement.integer(1)));
+      }
+    });
+    return result;
   }
 
   void begin_snapshot() override {
@@ -328,6 +383,8 @@ class SqlEngine : public StoreEngine {
           "NULL");
       if (orphans > 0) found.push_back(std::to_string(orphans) + " components belong to no entry");
       static_cast<void>(checked_next_number(connection()));
+      if (has_lists_ && list_sum() != element_sum())
+        found.emplace_back("the lists of entries by element do not fit the entries; reindex makes them anew");
     } catch (const DamagedStore& error) {
       found.push_back(error.reason());
     }
@@ -335,6 +392,179 @@ class SqlEngine : public StoreEngine {
   }
 
  private:
+  // What several statements read is one state.
+  class OneState {
+   public:
+    explicit OneState(SqlEngine& engine) : engine_(engine), is_needed_(!engine.is_writing_) {
+      if (is_needed_) engine_.begin_snapshot();
+    }
+    OneState(const OneState&) = delete;
+    OneState& operator=(const OneState&) = delete;
+    ~OneState() {
+      if (is_needed_) engine_.end_snapshot();
+    }
+
+   private:
+    SqlEngine& engine_;
+    bool is_needed_;
+  };
+
+  // The entries of one block that have an element, or all of several.
+  struct Block {
+    std::int64_t number;
+    NumberBlock numbers;
+  };
+
+  std::vector<Block> blocks_of(const std::string& symbol) {
+    std::vector<Block> blocks;
+    auto statement =
+        connection().statement("SELECT block, numbers FROM element_block WHERE symbol = ?1 ORDER BY block");
+    statement.bind(1, symbol);
+    while (statement.step()) {
+      Block& block = blocks.emplace_back();
+      block.number = statement.integer(0);
+      if (!block.numbers.unpack(statement.bytes(1))) damaged_list(symbol);
+    }
+    return blocks;
+  }
+
+  std::vector<Block> blocks_of_all(const std::vector<std::string>& symbols) {
+    std::vector<Block> common = blocks_of(symbols.front());
+    for (std::size_t index = 1; index < symbols.size() && !common.empty(); ++index) {
+      const std::vector<Block> others = blocks_of(symbols[index]);
+      auto other = others.begin();
+      std::erase_if(common, [&](Block& block) {
+        while (other != others.end() && other->number < block.number) ++other;
+        if (other == others.end() || other->number != block.number) return true;
+        block.numbers.keep_only(other->numbers);
+        return false;
+      });
+    }
+    return common;
+  }
+
+  struct Listed {
+    std::string identifier;
+    std::int64_t number;
+  };
+
+  // In the order of identifiers. Where few of many entries are wanted, each is looked up; else all are walked
+  // over in their order until there are enough.
+  std::vector<Listed> listed(const std::vector<std::string>& symbols, const SelectOptions& options) {
+    const std::vector<Block> blocks = blocks_of_all(symbols);
+    std::vector<Listed> found;
+    std::size_t count = 0;
+    for (const Block& block : blocks) count += static_cast<std::size_t>(block.numbers.count());
+    if (count == 0 || options.limit == std::size_t{0}) return found;
+    const std::size_t wanted = std::min(count, options.limit.value_or(count));
+    const std::size_t all = static_cast<std::size_t>(blocks.back().number + 1) * NumberBlock::size;
+    // To look one up takes as long as to walk over so many.
+    constexpr std::size_t walked = 8;
+    if (all / count * wanted > walked * count) {
+      look_up(blocks, options, found);
+    } else {
+      walk(blocks, options, found);
+    }
+    return found;
+  }
+
+  void look_up(const std::vector<Block>& blocks, const SelectOptions& options, std::vector<Listed>& found) {
+    for (const Block& block : blocks) {
+      block.numbers.for_each([&](int place) {
+        const std::int64_t number = block.number * NumberBlock::size + place;
+        auto statement = connection().statement(
+            "SELECT e.identifier FROM entry e INDEXED BY entry_name WHERE e.number = ?1");
+        statement.bind(1, number);
+        if (!statement.step()) damaged("a list of elements names an entry that is not there");
+        if (!options.after || statement.bytes(0) > *options.after)
+          found.push_back({std::string(statement.bytes(0)), number});
+      });
+    }
+    const auto is_before = [](const Listed& one, const Listed& other) {
+      return one.identifier < other.identifier;
+    };
+    std::sort(found.begin(), found.end(), is_before);
+    if (options.limit && found.size() > *options.limit) found.resize(*options.limit);
+  }
+
+  void walk(const std::vector<Block>& blocks, const SelectOptions& options, std::vector<Listed>& found) {
+    std::vector<const NumberBlock*> by_number(static_cast<std::size_t>(blocks.back().number) + 1, nullptr);
+    for (const Block& block : blocks) by_number[static_cast<std::size_t>(block.number)] = &block.numbers;
+    auto statement =
+        connection().statement(std::string("SELECT e.identifier, e.number FROM entry e") +
+                               (options.after ? " WHERE " + Connection::identifier_is(">", "?1") : "") +
+                               " ORDER BY " + Connection::identifier_order(false));
+    if (options.after) statement.bind(1, *options.after);
+    while ((!options.limit || found.size() < *options.limit) && statement.step()) {
+      const std::int64_t number = statement.integer(1);
+      const auto block = static_cast<std::size_t>(number / NumberBlock::size);
+      if (block >= by_number.size() || by_number[block] == nullptr) continue;
+      if (!by_number[block]->has(static_cast<int>(number % NumberBlock::size))) continue;
+      found.push_back({std::string(statement.bytes(0)), number});
+    }
+  }
+
+  // Lets `change(numbers)` change one block of the list of an element.
+  template <class Change>
+  void change_list(const std::string& symbol, std::int64_t block, const Change& change) {
+    NumberBlock numbers;
+    {
+      auto old = writer_->statement("SELECT numbers FROM element_block WHERE symbol = ?1 AND block = ?2");
+      old.bind(1, symbol);
+      old.bind(2, block);
+      if (old.step() && !numbers.unpack(old.bytes(0))) damaged_list(symbol);
+    }
+    change(numbers);
+    const std::string bytes = numbers.packed();
+    auto statement = writer_->statement(
+        bytes.empty() ? "DELETE FROM element_block WHERE symbol = ?1 AND block = ?2"
+                      : "REPLACE INTO element_block (symbol, block, numbers) VALUES (?1, ?2, ?3)");
+    statement.bind(1, symbol);
+    statement.bind(2, block);
+    if (!bytes.empty()) statement.bind(3, bytes);
+    statement.run();
+  }
+
+  static int place_of(std::int64_t number) { return static_cast<int>(number % NumberBlock::size); }
+
+  // Of those that are pending, which are in order.
+  void write_lists() {
+    for (auto first = elements_.begin(); first != elements_.end();) {
+      const std::int64_t block = first->entry / NumberBlock::size;
+      const auto last = std::find_if(first, elements_.end(), [&](const PendingElement& element) {
+        return element.symbol != first->symbol || element.entry / NumberBlock::size != block;
+      });
+      change_list(first->symbol, block, [&](NumberBlock& numbers) {
+        for (auto element = first; element != last; ++element) numbers.insert(place_of(element->entry));
+      });
+      first = last;
+    }
+  }
+
+  // The same for the same entries of the same elements.
+  std::uint64_t list_sum() {
+    std::uint64_t sum = 0;
+    auto statement = connection().statement("SELECT symbol, block, numbers FROM element_block");
+    while (statement.step()) {
+      NumberBlock numbers;
+      const std::string symbol(statement.bytes(0));
+      if (!numbers.unpack(statement.bytes(2))) damaged_list(symbol);
+      const std::int64_t first = statement.integer(1) * NumberBlock::size;
+      numbers.for_each([&](int place) { sum += row_sum(first + place, symbol, 0.0, 0.0); });
+    }
+    return sum;
+  }
+  std::uint64_t element_sum() {
+    std::uint64_t sum = 0;
+    auto statement = connection().statement("SELECT symbol, entry FROM entry_element");
+    while (statement.step()) sum += row_sum(statement.integer(1), statement.bytes(0), 0.0, 0.0);
+    return sum;
+  }
+
+  [[noreturn]] void damaged_list(const std::string& symbol) const {
+    damaged("the list of entries with " + symbol + " is damaged; reindex makes it anew");
+  }
+
   Connection& connection() { return is_writing_ ? *writer_ : *reader_; }
 
   std::int64_t setting(Connection& connection, const std::string& name) const {
@@ -506,6 +736,7 @@ class SqlEngine : public StoreEngine {
       statement.bind(4, element.ratio);
       statement.run();
     }
+    if (writes_lists_) write_lists();
     forget_pending();
   }
 
@@ -526,7 +757,34 @@ class SqlEngine : public StoreEngine {
       statement.bind(1, element.symbol);
       statement.bind(2, old.number);
       statement.run();
+      if (!writes_lists_) continue;
+      change_list(element.symbol, old.number / NumberBlock::size,
+                  [&](NumberBlock& numbers) { numbers.erase(place_of(old.number)); });
     }
+  }
+
+  // Values of lists have rows of their own; the others are in the row of the entry.
+  template <class Column>
+  static std::string tally_sql(const Column& column, const std::string& where) {
+    const std::string entries =
+        where == "1=1" ? "" : " AND r.entry IN (SELECT e.number FROM entry e WHERE " + where + ")";
+    if constexpr (Column::is_elements) {
+      return "SELECT r.symbol, count(*) FROM entry_element r WHERE 1=1" + entries + " GROUP BY 1 ORDER BY 1";
+    } else if constexpr (Column::is_list) {
+      return "SELECT coalesce(r.value, r.folded), count(DISTINCT r.entry) FROM entry_text r WHERE "
+             "r.\"column\" "
+             "= " +
+             std::to_string(column.number) + entries + " GROUP BY 1 ORDER BY 1";
+    } else {
+      const std::string value = std::string("e.") + column.sql_name;
+      return "SELECT " + value + ", count(*) FROM entry e WHERE (" + where + ") AND " + value +
+             " IS NOT NULL GROUP BY 1 ORDER BY 1";
+    }
+  }
+
+  static std::string shortest(double number) {
+    std::array<char, 32> text;
+    return {text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr};
   }
 
   static void bind_parameters(typename Connection::Statement& statement, const SqlCondition& condition) {
@@ -584,6 +842,8 @@ class SqlEngine : public StoreEngine {
   std::unique_ptr<Connection> writer_;
   bool is_writing_ = false;
   bool compresses_ = true;
+  bool has_lists_ = false;  // of entries by element, to read
+  bool writes_lists_ = false;
   int snapshots_ = 0;
   std::optional<std::int64_t> next_number_;  // in a transaction
   std::vector<PendingText> texts_;

@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 // Where the components of entries are read from.
@@ -86,6 +87,13 @@ class StoreEngine : public ComponentReader {
   [[nodiscard]] virtual std::vector<EntryColumns> select_columns(const EntryQuery& query,
                                                                  const SelectOptions& options) = 0;
   [[nodiscard]] virtual std::uint64_t count(const EntryQuery& query) = 0;
+  // As EntryStore::tally(), without an entry being fetched; nothing where that cannot be, and for an unknown
+  // name.
+  using Tally = std::vector<std::pair<std::string, std::uint64_t>>;
+  [[nodiscard]] virtual std::optional<Tally> tally(const std::string& /*column*/,
+                                                   const EntryQuery& /*query*/) {
+    return std::nullopt;
+  }
 
   virtual void begin_snapshot() = 0;
   virtual void end_snapshot() noexcept = 0;

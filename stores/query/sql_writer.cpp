@@ -46,6 +46,7 @@ class SqlWriter {
 
   [[nodiscard]] SqlCondition written(const Condition& condition) {
     result_.where = sql(condition, true, 0);
+    result_.elements = only_elements(condition);
     return std::move(result_);
   }
 
@@ -131,6 +132,27 @@ class SqlWriter {
     return std::nullopt;
   }
 
+  // Nothing where something else is asked too.
+  [[nodiscard]] static std::vector<std::string> only_elements(const Condition& condition) {
+    if (condition.kind == Condition::Kind::all) {
+      std::vector<std::string> symbols;
+      for (const ConditionPointer& child : condition.children) {
+        const std::vector<std::string> more = only_elements(*child);
+        if (more.empty()) return {};
+        symbols.insert(symbols.end(), more.begin(), more.end());
+      }
+      return symbols;
+    }
+    const auto element = wanted(condition, true);
+    // No element that is there counts 0.
+    const auto is_any = [](const EntryTest& test) {
+      const auto* const number = std::get_if<double>(&test.value);
+      return test.comparison == EntryOperator::greater && number != nullptr && *number == 0.0;
+    };
+    if (!element || (element->count && !is_any(*element->count))) return {};
+    return {element->symbol};
+  }
+
   [[nodiscard]] std::string element_test(const char* table, const Wanted& element) {
     std::string sql = std::string(table) + ".symbol = " + parameter(element.symbol);
     if (element.count) {
@@ -143,6 +165,14 @@ class SqlWriter {
   [[nodiscard]] std::string elements_sql(std::vector<Wanted> elements) {
     std::stable_sort(elements.begin(), elements.end(),
                      [](const Wanted& a, const Wanted& b) { return rarity(a.symbol) > rarity(b.symbol); });
+    if (by_cell_) {
+      std::vector<std::string> tests;
+      for (const Wanted& element : elements) {
+        tests.push_back("EXISTS (SELECT 1 FROM entry_element y WHERE y.entry = e.number AND " +
+                        element_test("y", element) + ')');
+      }
+      return all_of(tests);
+    }
     std::string sql =
         "e.number IN (SELECT x.entry FROM entry_element x WHERE " + element_test("x", elements.front());
     for (std::size_t index = 1; index < elements.size(); ++index) {
@@ -159,6 +189,10 @@ class SqlWriter {
       result_.recheck = true;
       return always;
     }
+    const bool by_cell_outside = by_cell_;
+    by_cell_ = by_cell_ || (all && std::any_of(children.begin(), children.end(), [&](const auto& child) {
+                              return positive && child->kind == Condition::Kind::cell;
+                            }));
     std::vector<Wanted> elements;
     std::vector<const Condition*> others;
     for (const ConditionPointer& child : children) {
@@ -173,6 +207,7 @@ class SqlWriter {
     std::vector<std::string> parts;
     if (!elements.empty()) parts.push_back(elements_sql(std::move(elements)));
     for (const Condition* const other : others) parts.push_back(sql(*other, positive, level));
+    by_cell_ = by_cell_outside;
     return all ? all_of(parts) : any_of(parts);
   }
 
@@ -287,7 +322,9 @@ class SqlWriter {
     if (left.is_text()) return text_comparison(left, test, positive);
     const double value = std::get<double>(test.value);
     const EntryOperator comparison = positive ? test.comparison : contrary(test.comparison);
-    const std::string name = column(*left.property);
+    // A plus keeps SQLite from looking up the column in its index.
+    const bool by_another_index = by_cell_ && dialect_ == SqlDialect::sqlite;
+    const std::string name = (by_another_index ? "+" : "") + column(*left.property);
     if (left.property->type == EntryProperty::Type::integer)
       return integer_comparison(name, comparison, value);
     return name + ' ' + sign(comparison) + ' ' + parameter(value);
@@ -398,6 +435,8 @@ class SqlWriter {
 
   SqlDialect dialect_;
   int first_;
+  // Whether a cell is asked for too. Few entries have one like it, so all else is asked of these.
+  bool by_cell_ = false;
   SqlCondition result_;
 };
 

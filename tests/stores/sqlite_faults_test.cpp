@@ -398,7 +398,7 @@ TEST(OpenEntryStore, SaysWhatIsWrongWithAPlace) {
   sqlite3_exec(database, "PRAGMA user_version = 7", nullptr, nullptr, nullptr);
   sqlite3_close(database);
   EXPECT_THAT(refusal(newer),
-              HasSubstr("it has schema version 7, and 1 is known here; a newer version of this library"));
+              HasSubstr("it has schema version 7, and 2 is known here; a newer version of this library"));
 }
 
 TEST(InitEntryStore, TouchesNothingThatIsThere) {
@@ -415,8 +415,46 @@ TEST(UpgradeEntryStore, LeavesThePresentVersionAsItIs) {
   const std::string place = folder.file("present.db");
   init_entry_store(place)->put(sample_entry(), {}, OnDuplicate::refuse);
   const std::string before = contents_of_store(place);
-  EXPECT_EQ(upgrade_entry_store(place), 1);
+  EXPECT_EQ(upgrade_entry_store(place), 2);
   EXPECT_EQ(contents_of_store(place), before);
+}
+
+TEST(UpgradeEntryStore, BringsVersionOneToTwoWithTheSameAnswers) {
+  const StoreFolder folder;
+  const std::string place = folder.file("kept.db");
+  fs::copy_file(STORE_TEST_DATA "/store_version_1.db", place);
+  const auto open_before = open_entry_store(place);
+  const EntryQuery query = EntryQuery::from_text("C");
+  const auto found = open_before->select(query);
+  EXPECT_EQ(upgrade_entry_store(place), 1);
+  EXPECT_EQ(upgrade_entry_store(place), 2);
+  // A store that was open writes the lists from now on, too.
+  open_before->put(entry_of_year("LATER", 1999), {}, OnDuplicate::refuse);
+  const auto upgraded = open_entry_store(place);
+  EXPECT_EQ(upgraded->count(query), found.size() + 1);
+  EXPECT_EQ(upgraded->select(query), open_before->select(query));
+  EXPECT_TRUE(upgraded->verify().problems.empty());
+}
+
+TEST(ListsOfElements, ThatDoNotFitAreFoundByVerifyAndMadeAnewByReindex) {
+  for (const char* const damage :
+       {"DELETE FROM element_block WHERE symbol = x'4E'", "UPDATE element_block SET numbers = x'0500'",
+        "UPDATE element_block SET numbers = x'01'"}) {
+    const StoreFolder folder;
+    const std::string place = folder.file("lists.db");
+    init_entry_store(place)->put(entry_of_year("A", 1999), {}, OnDuplicate::refuse);
+    sqlite3* database = nullptr;
+    sqlite3_open(place.c_str(), &database);
+    EXPECT_EQ(sqlite3_exec(database, damage, nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(database);
+    const auto store = open_entry_store(place);
+    const auto problems = store->verify().problems;
+    ASSERT_EQ(problems.size(), 1U) << damage;
+    EXPECT_THAT(problems[0].text, HasSubstr("reindex makes")) << damage;
+    EXPECT_TRUE(store->reindex().problems.empty()) << damage;
+    EXPECT_TRUE(store->verify().problems.empty()) << damage;
+    EXPECT_EQ(store->count(EntryQuery::from_text("C,N")), 1U) << damage;
+  }
 }
 
 // Made when the schema was new, from the linked entry and one without an origin. It is never made again.

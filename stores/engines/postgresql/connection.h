@@ -99,6 +99,7 @@ class PostgresqlConnection {
   void begin_snapshot();
   void end_snapshot() noexcept;
   [[nodiscard]] std::vector<std::string> faults() { return {}; }
+  [[nodiscard]] static bool has_element_lists() { return false; }
 
   // An index holds no key of more than 2,700 bytes: of an identifier it has the first 500, and the MD5 sum of
   // it.

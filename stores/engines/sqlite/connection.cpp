@@ -147,10 +147,10 @@ void SqliteConnection::transaction(const std::function<void()>& work) {
 }
 
 void SqliteConnection::begin_snapshot() {
-  run("BEGIN");
+  statement("BEGIN").run();
   try {
     // The state is that of the first read.
-    run("SELECT 1 FROM entry LIMIT 1");
+    statement("SELECT 1 FROM entry LIMIT 1").run();
   } catch (...) {
     roll_back();
     throw;

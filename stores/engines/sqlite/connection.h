@@ -95,6 +95,9 @@ class SqliteConnection {
   // What is wrong with the file itself.
   [[nodiscard]] std::vector<std::string> faults();
 
+  // Whether the table element_block is there.
+  [[nodiscard]] bool has_element_lists() { return value_of("PRAGMA user_version") >= 2; }
+
   static constexpr SqlDialect dialect = SqlDialect::sqlite;
   static std::string identifier_is(const std::string& relation, const std::string& parameter) {
     return "e.identifier " + relation + " " + parameter;

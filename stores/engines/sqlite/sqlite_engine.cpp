@@ -1,3 +1,4 @@
+#include <stores/engines/entry_numbers.h>
 #include <stores/engines/sql_engine.h>
 #include <stores/engines/sqlite/connection.h>
 #include <stores/engines/sqlite/sqlite_engine.h>
@@ -15,7 +16,17 @@ namespace {
 
 // "dben", for file(1) and for us.
 constexpr std::int64_t application_id = 0x6462656E;
-constexpr std::int64_t schema_version = 1;
+constexpr std::int64_t schema_version = 2;
+// Stores of these are read and written as they are; upgrade makes them faster.
+constexpr std::int64_t oldest_version = 1;
+
+// What version 2 has beside version 1: the entries of each element by their numbers, see entry_numbers.h, and
+// identifiers by number without the long rows.
+const std::string since_version_2 =
+    "CREATE TABLE element_block (\n  symbol BLOB NOT NULL,\n  block INTEGER NOT NULL,\n  numbers BLOB NOT "
+    "NULL,\n"
+    "  PRIMARY KEY (symbol, block)) WITHOUT ROWID;\n"
+    "CREATE INDEX entry_name ON entry (number, identifier);\n";
 
 std::string schema(const InitOptions& options) {
   std::string columns;
@@ -48,7 +59,8 @@ std::string schema(const InitOptions& options) {
          "INTEGER NOT NULL,\n"
          "  position INTEGER NOT NULL,\n  folded BLOB NOT NULL,\n  value BLOB,\n"
          "  PRIMARY KEY (\"column\", hash, entry, position)) WITHOUT ROWID;\n"
-         "CREATE TABLE imported (file BLOB PRIMARY KEY, sha256 BLOB NOT NULL) WITHOUT ROWID;\n";
+         "CREATE TABLE imported (file BLOB PRIMARY KEY, sha256 BLOB NOT NULL) WITHOUT ROWID;\n" +
+         since_version_2;
 }
 
 // Throws EntryStoreError unless the connection is to a store; gives its version.
@@ -62,12 +74,40 @@ std::int64_t checked_version(SqliteConnection& connection, const std::string& pa
 
 void check_version(SqliteConnection& connection, const std::string& path) {
   const std::int64_t version = checked_version(connection, path);
-  if (version == schema_version) return;
-  throw EntryStoreError({path, "", ""},
-                        "it has schema version " + std::to_string(version) + ", and " +
-                            std::to_string(schema_version) + " is known here; " +
-                            (version < schema_version ? "dbentry upgrade brings it to that"
-                                                      : "a newer version of this library reads it"));
+  if (version >= oldest_version && version <= schema_version) return;
+  throw EntryStoreError({path, "", ""}, "it has schema version " + std::to_string(version) + ", and " +
+                                            std::to_string(schema_version) +
+                                            " is known here; a newer version of this library reads it");
+}
+
+// From entry_element.
+void fill_lists(SqliteConnection& connection) {
+  std::string symbol;
+  std::int64_t block = -1;
+  NumberBlock numbers;
+  const auto write = [&] {
+    if (block < 0) return;
+    const std::string bytes = numbers.packed();
+    SqliteStatement list =
+        connection.statement("INSERT INTO element_block (symbol, block, numbers) VALUES (?1, ?2, ?3)");
+    list.bind(1, symbol);
+    list.bind(2, block);
+    list.bind(3, bytes);
+    list.run();
+  };
+  SqliteStatement rows =
+      connection.statement("SELECT symbol, entry FROM entry_element ORDER BY symbol, entry");
+  while (rows.step()) {
+    const std::int64_t number = rows.integer(1);
+    if (rows.bytes(0) != symbol || number / NumberBlock::size != block) {
+      write();
+      symbol = rows.bytes(0);
+      block = number / NumberBlock::size;
+      numbers = {};
+    }
+    numbers.insert(static_cast<int>(number % NumberBlock::size));
+  }
+  write();
 }
 
 // Readers of a file that others write lock it in a second file beside it. Where that cannot be made and there
@@ -135,7 +175,16 @@ void init_sqlite_store(const std::string& path, const InitOptions& options) {
 int upgrade_sqlite_store(const std::string& path) {
   SqliteConnection connection(path, SqliteConnection::Access::write);
   const std::int64_t version = checked_version(connection, path);
-  // There is no older version yet.
   check_version(connection, path);
+  if (version < 2) {
+    connection.run("PRAGMA synchronous = FULL");
+    connection.transaction([&] {
+      // Somebody else may have done it in the meantime.
+      if (checked_version(connection, path) >= 2) return;
+      connection.run(since_version_2);
+      fill_lists(connection);
+      connection.run("PRAGMA user_version = 2");
+    });
+  }
   return static_cast<int>(version);
 }

@@ -69,6 +69,28 @@ TEST(SqlCondition, LooksUpTheRarestElementFirst) {
       "EXISTS (SELECT 1 FROM entry_element y WHERE y.entry = x.entry AND y.symbol = ?4)) AND e.year = ?5)");
 }
 
+TEST(SqlCondition, AsksForACellFirstAndAllElseOfWhatHasOneLikeIt) {
+  const EntryQuery query = EntryQuery::from_text("Ti,O,year=1990,cell=4 5 6 90 90 90");
+  const std::string where = query.sql(SqlDialect::sqlite).where;
+  EXPECT_THAT(where, testing::HasSubstr("EXISTS (SELECT 1 FROM entry_element y WHERE y.entry = e.number"));
+  EXPECT_THAT(where, testing::HasSubstr("+e.year = "));
+  EXPECT_THAT(where, testing::HasSubstr("e.reduced_a BETWEEN"));
+  EXPECT_THAT(query.sql(SqlDialect::postgresql).where, testing::Not(testing::HasSubstr("+e.year")));
+}
+
+TEST(SqlCondition, NamesTheElementsWhereNothingElseIsAsked) {
+  const auto elements = [](const std::string& text) {
+    return EntryQuery::from_text(text).sql(SqlDialect::sqlite).elements;
+  };
+  EXPECT_EQ(elements("Ti,O"), (std::vector<std::string>{"Ti", "O"}));
+  EXPECT_EQ(elements("Ti"), (std::vector<std::string>{"Ti"}));
+  EXPECT_EQ(elements("Ti>0,O"), (std::vector<std::string>{"Ti", "O"}));
+  EXPECT_EQ(EntryQuery::from_filter("elements HAS ALL \"Ti\",\"O\"").sql(SqlDialect::sqlite).elements,
+            (std::vector<std::string>{"Ti", "O"}));
+  for (const char* const text : {"Ti>=2,O", "!Ti", "Ti,!O", "Ti,year=1990", "year=1990", "nelements=2"})
+    EXPECT_TRUE(elements(text).empty()) << text;
+}
+
 TEST(SqlCondition, LooksUpAWholeTextByItsHash) {
   EXPECT_EQ(EntryQuery::from_text("author=Wyckoff").sql(SqlDialect::sqlite).parameters,
             (std::vector<SqlValue>{text_hash("wyckoff"), "wyckoff"}));
