@@ -49,6 +49,8 @@ function(room_library name)
   # A unique symbol, of which inline functions of the standard library leave some, would keep the library in the
   # process for good when a program unloads it.
   target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
+  # Calls to another library need no stub, and calls within one may be inlined although the called is exported.
+  target_compile_options(${target} PRIVATE -fno-plt -fno-semantic-interposition)
   room_warnings(${target})
   if(ROOM_COMPANION)
     set_property(GLOBAL APPEND PROPERTY DATABASE_ENTRY_COMPANIONS ${name})

@@ -1,4 +1,4 @@
-# What this machine's libraries show of their streams and strings. Sets DATABASE_ENTRY_ARCHIVING_DEFINITIONS.
+# What this machine's libraries show of their streams and strings, and its processor offers. Sets DATABASE_ENTRY_ARCHIVING_DEFINITIONS.
 # Whatever is not there has another way, which DATABASE_ENTRY_PORTABLE_STREAMS takes everywhere.
 include(CheckCXXSourceCompiles)
 check_cxx_source_compiles("#include <cstdio>
@@ -20,6 +20,12 @@ check_cxx_source_compiles("#include <string>
 #endif
 int main() { return sizeof(std::string) >= 16 ? 0 : 1; }"
   DATABASE_ENTRY_HAS_STRING_LAYOUT)
+check_cxx_source_compiles("#include <emmintrin.h>
+#ifndef __SSE2__
+#error the processor may not have it
+#endif
+int main() { return _mm_movemask_epi8(_mm_setzero_si128()); }"
+  DATABASE_ENTRY_HAS_SSE2)
 
 set(DATABASE_ENTRY_ARCHIVING_DEFINITIONS "")
 foreach(found IN ITEMS UNLOCKED_CALLS LONG_OFFSETS)
@@ -27,7 +33,7 @@ foreach(found IN ITEMS UNLOCKED_CALLS LONG_OFFSETS)
     list(APPEND DATABASE_ENTRY_ARCHIVING_DEFINITIONS DATABASE_ENTRY_${found})
   endif()
 endforeach()
-foreach(found IN ITEMS STREAM_FIELDS STRING_LAYOUT)
+foreach(found IN ITEMS STREAM_FIELDS STRING_LAYOUT SSE2)
   if(DATABASE_ENTRY_HAS_${found} AND NOT DATABASE_ENTRY_PORTABLE_STREAMS)
     list(APPEND DATABASE_ENTRY_ARCHIVING_DEFINITIONS DATABASE_ENTRY_${found})
   endif()

@@ -41,6 +41,7 @@ struct Room {
   bool inner_headers = false;
   bool installed_packages = false;
   bool system_headers = false;
+  bool processor_headers = false;
 
   [[nodiscard]] std::string top() const { return path.substr(0, path.find('/')); }
   [[nodiscard]] bool is_core() const { return top() == "siblings" || top() == "database_entry"; }
@@ -68,6 +69,7 @@ std::vector<Room> rooms_in(const std::string& page) {
     room.inner_headers = says("inner");
     room.installed_packages = says("installed packages");
     room.system_headers = says("the C library of the system");
+    room.processor_headers = says("the compiler's names for the processor's instructions");
     rooms.push_back(room);
   }
   return rooms;
@@ -124,7 +126,8 @@ std::string objection(const std::vector<Room>& rooms, const Tree& tree, const st
   const std::optional<std::string> file = included_file(tree, from, name);
   if (!file) {
     const bool is_standard = name.find_first_of("/.") == std::string::npos;
-    const bool is_system = room->system_headers && (name == "unistd.h" || name.starts_with("sys/"));
+    const bool is_system = (room->system_headers && (name == "unistd.h" || name.starts_with("sys/"))) ||
+                           (room->processor_headers && name == "emmintrin.h");
     return is_standard || is_system || room->installed_packages
                ? ""
                : "is neither of this tree nor of the standard library";

@@ -14,6 +14,10 @@
 #include <memory>
 #include <string>
 
+#ifdef DATABASE_ENTRY_SSE2
+#include <emmintrin.h>
+#endif
+
 namespace archiving {
 
 inline constexpr std::size_t short_text = 16;
@@ -28,8 +32,18 @@ static_assert(sizeof(std::string) == sizeof(char*) + sizeof(std::size_t) + short
 inline constexpr bool strings_hold_short_texts = false;
 #endif
 
-// The length of a text of `length` bytes up to its first NUL, where sixteen bytes can be looked at. Two words
-// are compared at once instead of calling strnlen.
+// The length of a text of `length` bytes, sixteen at most, up to its first NUL. Sixteen bytes can be looked
+// at; all are compared at once instead of calling strnlen.
+#ifdef DATABASE_ENTRY_SSE2
+
+inline std::size_t length_to_nul(const char* sixteen_bytes, std::size_t length) {
+  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(sixteen_bytes));
+  const int nuls = _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_setzero_si128()));  // a bit for each byte
+  return static_cast<std::size_t>(std::countr_zero(static_cast<unsigned int>(nuls) | 1U << length));
+}
+
+#else
+
 inline std::size_t length_to_nul(const char* sixteen_bytes, std::size_t length) {
   constexpr std::uint64_t ones = 0x0101010101010101U;
   constexpr std::uint64_t tops = 0x8080808080808080U;
@@ -42,6 +56,8 @@ inline std::size_t length_to_nul(const char* sixteen_bytes, std::size_t length) 
   }
   return length;
 }
+
+#endif
 
 // The text of `length` bytes, fewer than sixteen, up to its first NUL. Sixteen bytes can be looked at.
 inline void assign_short(std::string& text, const char* sixteen_bytes, std::size_t length) {
