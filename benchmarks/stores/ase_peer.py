@@ -34,7 +34,7 @@ def main():
             for _ in range(int(count)):
                 database.get(code=random.choice(structures)["code"]).toatoms()
         elif task == "select":
-            question = "Ti,O,year>=1950,year<=1990,a>3.89,a<4.05,b>3.89,b<4.05,c>3.89,c<4.05"
+            question = "Ti,O,year>=1950,year<=1990,a>3.93,a<4.01,b>3.93,b<4.01,c>3.93,c<4.01"
             for _ in range(int(count)):
                 list(database.select(question))
         elif task == "write":

@@ -102,21 +102,21 @@ void add_fetch_cases(Suite& suite, const RepeatedEntries& entries, const FilledS
                      const FilledStore& large, const std::string& folder) {
   const std::string by_hand = "by hand: hash of identifiers, pread, decode";
   const std::string first = "first look at a publication within a snapshot, of " + small.size() + " entries";
-  suite.measure_elapsed(first, "SQLite", looks, pass_within_snapshot(entries, small));
+  suite.measure(first, "SQLite", looks, 0, pass_within_snapshot(entries, small));
   const auto file = std::make_shared<PublicationFile>(entries, small.count, folder + "/publications");
-  suite.measure_elapsed(first, by_hand, looks, pass_of(entries, small.count, [file](const auto& identifier) {
-                          return file->publication(identifier);
-                        }));
+  suite.measure(first, by_hand, looks, 0, pass_of(entries, small.count, [file](const auto& identifier) {
+                  return file->publication(identifier);
+                }));
   suite.compare_with(first, "SQLite");
   suite.expect(first, {by_hand, Goal::at_most_times, 1.5});
 
   const std::string growth = "the same without a snapshot, and of more entries";
-  suite.measure_elapsed(growth, large.size() + " entries", looks, pass_within_snapshot(entries, large));
-  suite.measure_elapsed(growth, small.size() + " entries", looks, pass_within_snapshot(entries, small));
-  suite.measure_elapsed(growth, small.size() + " entries, no snapshot", looks,
-                        pass_of(entries, small.count, [store = small.store](const auto& identifier) {
-                          return store->source(identifier)->publication();
-                        }));
+  suite.measure(growth, large.size() + " entries", looks, 0, pass_within_snapshot(entries, large));
+  suite.measure(growth, small.size() + " entries", looks, 0, pass_within_snapshot(entries, small));
+  suite.measure(growth, small.size() + " entries, no snapshot", looks, 0,
+                pass_of(entries, small.count, [store = small.store](const auto& identifier) {
+                  return store->source(identifier)->publication();
+                }));
   suite.compare_with(growth, large.size() + " entries");
   suite.expect(growth, {small.size() + " entries", Goal::at_most_times, 2});
 }

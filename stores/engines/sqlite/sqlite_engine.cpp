@@ -21,12 +21,14 @@ constexpr std::int64_t schema_version = 2;
 constexpr std::int64_t oldest_version = 1;
 
 // What version 2 has beside version 1: the entries of each element by their numbers, see entry_numbers.h, and
-// identifiers by number without the long rows.
+// identifiers, cells and years without the long rows.
 const std::string since_version_2 =
     "CREATE TABLE element_block (\n  symbol BLOB NOT NULL,\n  block INTEGER NOT NULL,\n  numbers BLOB NOT "
     "NULL,\n"
     "  PRIMARY KEY (symbol, block)) WITHOUT ROWID;\n"
-    "CREATE INDEX entry_name ON entry (number, identifier);\n";
+    "CREATE INDEX entry_name ON entry (number, identifier);\n"
+    "DROP INDEX IF EXISTS entry_reduced;\n"
+    "CREATE INDEX entry_lattice ON entry (reduced_volume, reduced_a, reduced_b, reduced_c, year);\n";
 
 std::string schema(const InitOptions& options) {
   std::string columns;
@@ -49,7 +51,6 @@ std::string schema(const InitOptions& options) {
          "CREATE INDEX entry_origin ON entry (source, block);\n"
          "CREATE INDEX entry_year ON entry (year);\n"
          "CREATE INDEX entry_volume ON entry (volume);\n"
-         "CREATE INDEX entry_reduced ON entry (reduced_a, reduced_volume);\n"
          "CREATE INDEX entry_space_group ON entry (space_group);\n"
          "CREATE TABLE component (key INTEGER PRIMARY KEY, bytes BLOB NOT NULL);\n"
          "CREATE TABLE entry_element (\n  symbol BLOB NOT NULL,\n  entry INTEGER NOT NULL,\n  count REAL NOT "
