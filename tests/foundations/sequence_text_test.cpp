@@ -59,6 +59,12 @@ TEST(JoinedText, HasOneMoreSeparatorWhenTrailing) {
   EXPECT_EQ(joined({"a", "b"}, true), "a, b, ");
 }
 
+TEST(JoinedText, HasEveryByteOfItsSeparator) {
+  const std::string separator("\0,", 2);
+  const Texts texts{"a", "b"};
+  EXPECT_EQ(to_string(texts.begin(), texts.end(), separator, false), "a" + separator + "b");
+}
+
 TEST(JoinedText, OfNothingIsEmptyEitherWay) {
   EXPECT_EQ(joined({}, false), "");
   EXPECT_EQ(joined({}, true), "");

@@ -67,6 +67,13 @@ TEST_F(TestSuiteTest, NamesTheHandledTypeWhenAValueIsWrittenByHand) {
   EXPECT_EQ(os.str(), address_text(handle.get()));
 }
 
+TEST_F(TestSuiteTest, LeavesTheFormatOfTheStreamAfterAHandle) {
+  std::ostringstream os;
+  const std::ios_base::fmtflags before = os.flags();
+  TestSuiteHelpers::output_value(os, THandle<int>(new int(1)));
+  EXPECT_EQ(os.flags(), before);
+}
+
 TEST_F(TestSuiteTest, TakesTheTypeOfAnIdentifierSpelledOut) {
   const DatabaseEntryIdentifier expected("ABCDEF");
   const DatabaseEntryIdentifier actual("GHIJKL");

@@ -461,6 +461,20 @@ TEST(WriteCursor, LeavesWhatIsAfterAShortTextInAMemoryStream) {
 
 #endif
 
+TEST(WriteCursor, StaysInTheBufferOfALineBufferedStream) {
+  std::string memory(256, '.');
+  const File file = file_with("");
+  std::setvbuf(file.get(), memory.data(), _IOLBF, 64);
+  Archive archive(file.get());
+  std::string expected;
+  for (int number = 0; number < 60; ++number) {
+    write_fields(archive, number);
+    expected += bytes(int32(number));
+  }
+  EXPECT_EQ(contents_of(file.get()), expected);
+  EXPECT_EQ(memory.substr(64), std::string(192, '.'));
+}
+
 TEST(WriteCursor, LeavesWhatWasWrittenBeforeAnException) {
   const File file = file_with("");
   Archive archive(file.get());
