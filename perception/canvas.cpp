@@ -111,6 +111,10 @@ void Canvas::disc(const PagePoint& centre, double radius, const Colour& fill, co
   cairo_new_path(page_);
   cairo_arc(page_, centre.x, centre.y, radius, 0.0, 2.0 * std::numbers::pi);
   set_colour(fill);
+  if (edge_width <= 0.0) {
+    cairo_fill(page_);
+    return;
+  }
   cairo_fill_preserve(page_);
   set_colour(edge);
   cairo_set_line_width(page_, edge_width);

@@ -35,6 +35,7 @@ class Canvas {
 
   void line(const PagePoint& from, const PagePoint& to, double width, const Colour& colour,
             double dash = 0.0);
+  // An edge of no width is none.
   void disc(const PagePoint& centre, double radius, const Colour& fill, const Colour& edge,
             double edge_width);
   // In the middle of the point; the height is that of a capital. With a backing, on a white disc or bar.

@@ -14,6 +14,7 @@
 #include <functional>
 #include <limits>
 #include <map>
+#include <sstream>
 #include <utility>
 
 namespace {
@@ -250,6 +251,27 @@ View widest_view(const std::vector<Ball>& balls) {
   return {right, cross(eye, right), eye};
 }
 
+// After everything else, so that nothing covers them; an atom that is covered itself has none.
+template <class OnPage, class Project, class Radius>
+void draw_labels(Canvas& canvas, const Scene& scene, double scale, OnPage on_page, Project project,
+                 Radius radius) {
+  const double height = std::clamp(0.3 * scale, 3.0, 14.0);
+  const auto is_covered = [&](const Ball& ball) {
+    const PagePoint at = on_page(ball.place);
+    return std::any_of(scene.balls.begin(), scene.balls.end(), [&](const Ball& other) {
+      const PagePoint there = on_page(other.place);
+      return project(other.place).depth > project(ball.place).depth + 1e-6 &&
+             std::hypot(there.x - at.x, there.y - at.y) < radius(other);
+    });
+  };
+  for (const Ball& ball : scene.balls) {
+    if (ball.label.empty() || is_covered(ball)) continue;
+    const PagePoint at = on_page(ball.place);
+    const double right = radius(ball) + Canvas::text_width(ball.label, height) / 2 + 0.2 * height;
+    canvas.text({at.x + right, at.y - radius(ball)}, ball.label, height, black, false);
+  }
+}
+
 Drawn draw_scene(Canvas& canvas, const Frame& frame, const Scene& scene, const View& view, bool labels) {
   struct Projected {
     double x, y, depth;
@@ -293,7 +315,7 @@ Drawn draw_scene(Canvas& canvas, const Frame& frame, const Scene& scene, const V
   std::vector<std::pair<double, std::function<void()>>> layers;
   for (const auto& [from, to] : scene.edges) {
     // In pieces, so that an edge may pass in front of one atom and after another.
-    constexpr int pieces = 12;
+    constexpr int pieces = 8;
     for (int i = 0; i < pieces; ++i) {
       const auto at = [&from = from, &to = to](double share) {
         return Vector{from.x + share * (to.x - from.x), from.y + share * (to.y - from.y),
@@ -314,10 +336,16 @@ Drawn draw_scene(Canvas& canvas, const Frame& frame, const Scene& scene, const V
     const Vector middle = {(one.place.x + other.place.x) / 2, (one.place.y + other.place.y) / 2,
                            (one.place.z + other.place.z) / 2};
     for (const Ball* const end : {&one, &other}) {
-      const double depth = (project(end->place).depth + project(middle).depth) / 2;
-      layers.emplace_back(depth, [&, end, middle, depth] {
+      // It leaves the ball at its surface, which is seen where it comes towards the eye.
+      const Vector along = minus(middle, end->place);
+      const double share =
+          std::min(0.9 * radius(*end) / scale / std::max(std::sqrt(dot(along, along)), 1e-6), 1.0);
+      const Vector begin = {end->place.x + share * along.x, end->place.y + share * along.y,
+                            end->place.z + share * along.z};
+      const double depth = (project(begin).depth + project(middle).depth) / 2;
+      layers.emplace_back(depth, [&, end, begin, middle, depth] {
         const Colour colour = mixed(mixed(element_colour(end->number), black, 0.2), white, paleness(depth));
-        canvas.line(on_page(end->place), on_page(middle), std::max(0.16 * scale, 0.7), colour);
+        canvas.line(on_page(begin), on_page(middle), std::max(0.16 * scale, 0.7), colour);
       });
     }
   }
@@ -331,16 +359,13 @@ Drawn draw_scene(Canvas& canvas, const Frame& frame, const Scene& scene, const V
                   std::max(0.02 * scale, 0.3));
       // Light from the upper left.
       canvas.disc({at.x - 0.3 * radius(ball), at.y - 0.3 * radius(ball)}, 0.25 * radius(ball),
-                  mixed(colour, white, 0.6 + 0.4 * pale), mixed(colour, white, 0.6 + 0.4 * pale), 0.1);
-      if (labels && !ball.label.empty())
-        canvas.text({at.x + radius(ball) + Canvas::text_width(ball.label, 0.3 * scale) / 2 + 0.05 * scale,
-                     at.y - radius(ball)},
-                    ball.label, 0.3 * scale, mixed(black, white, 0.7 * pale), false);
+                  mixed(colour, white, 0.6 + 0.4 * pale), mixed(colour, white, 0.6 + 0.4 * pale), 0.0);
     });
   }
   std::stable_sort(layers.begin(), layers.end(),
                    [](const auto& l, const auto& r) { return l.first < r.first; });
   for (const auto& [depth, draw] : layers) draw();
+  if (labels) draw_labels(canvas, scene, scale, on_page, project, radius);
   return {scene.balls.size(), scene.sticks.size()};
 }
 
@@ -372,6 +397,29 @@ Ball ball_of(const Crystal& crystal, std::size_t atom, const Vector& place) {
   return {place, atomic_number(site.element), site.label};
 }
 
+// Which bonds of a packed cell are worth a stick. Two metal atoms that share the non-metal atoms around them
+// are within reach of each other in most salts and oxides; a stick there would hide the structure.
+std::vector<bool> drawn_bonds(const Crystal& crystal) {
+  const PackedCrystal& packed = crystal.bonds.packed;
+  const auto number = [&](std::size_t atom) {
+    return atomic_number(crystal.maker->atoms()[packed.atoms()[atom].site]->element);
+  };
+  std::vector<bool> has_ligand(packed.atoms().size());
+  for (const CrystalBond& bond : crystal.bonds.bonds) {
+    if (!is_metal(number(bond.second))) has_ligand[bond.first] = true;
+    if (!is_metal(number(bond.first))) has_ligand[bond.second] = true;
+  }
+  std::vector<bool> drawn;
+  for (const CrystalBond& bond : crystal.bonds.bonds) {
+    const int first = number(bond.first), second = number(bond.second);
+    const bool contact = is_metal(first) && is_metal(second) && has_ligand[bond.first] &&
+                         has_ligand[bond.second] &&
+                         bond.length > covalent_radius(first) + covalent_radius(second);
+    drawn.push_back(!contact);
+  }
+  return drawn;
+}
+
 Scene cell_scene(const Crystal& crystal) {
   constexpr double on_face = 1e-3;
   const PackedCrystal& packed = crystal.bonds.packed;
@@ -396,7 +444,10 @@ Scene cell_scene(const Crystal& crystal) {
           ball_of(crystal, atom, geometry.cartesian({x + steps[0], y + steps[1], z + steps[2]})));
     }
   }
-  for (const CrystalBond& bond : crystal.bonds.bonds) {
+  const std::vector<bool> drawn = drawn_bonds(crystal);
+  for (std::size_t i = 0; i < drawn.size(); ++i) {
+    if (!drawn[i]) continue;
+    const CrystalBond& bond = crystal.bonds.bonds[i];
     for (int image = 0; image < 27; ++image) {
       const std::array<int, 3> from = {image % 3 - 1, image / 3 % 3 - 1, image / 9 - 1};
       const std::array<int, 3> to = {from[0] + bond.translation[0], from[1] + bond.translation[1],
@@ -419,15 +470,30 @@ Scene cell_scene(const Crystal& crystal) {
   return scene;
 }
 
+Vector middle_of(const Molecule& molecule) {
+  Vector sum;
+  for (const MoleculeAtom& atom : molecule.atoms)
+    sum = {sum.x + atom.place.x, sum.y + atom.place.y, sum.z + atom.place.z};
+  const auto count = static_cast<double>(std::max<std::size_t>(molecule.atoms.size(), 1));
+  return {sum.x / count, sum.y / count, sum.z / count};
+}
+
 Scene molecule_scene(const Crystal& crystal) {
   const std::vector<Molecule> list = molecules(*crystal.maker, crystal.bonds, crystal.hidden);
+  const CellGeometry geometry = crystal.bonds.packed.geometry();
   Scene scene;
+  FractionalCoordinates home;  // the middle of the first molecule; the others are moved next to it
   for (const MoleculeCount& independent : independent_molecules(list)) {
     const Molecule& molecule = list[independent.molecule];
     const std::size_t first = scene.balls.size();
     refuse_many(first + molecule.atoms.size());
+    const FractionalCoordinates middle = geometry.fractional(middle_of(molecule));
+    if (first == 0) home = middle;
+    const Vector step = geometry.cartesian(
+        {std::round(home.x - middle.x), std::round(home.y - middle.y), std::round(home.z - middle.z)});
     for (const MoleculeAtom& atom : molecule.atoms)
-      scene.balls.push_back(ball_of(crystal, atom.atom, atom.place));
+      scene.balls.push_back(
+          ball_of(crystal, atom.atom, {atom.place.x + step.x, atom.place.y + step.y, atom.place.z + step.z}));
     for (const MoleculeBond& bond : molecule.bonds)
       if (bond.translation == std::array<int, 3>{})
         scene.sticks.emplace_back(first + bond.first, first + bond.second);
@@ -437,6 +503,16 @@ Scene molecule_scene(const Crystal& crystal) {
 
 Drawn draw_entry(Canvas& canvas, const Frame& frame, const CrystalStructureDatabaseEntry& entry,
                  const PictureOptions& options) {
+  if (options.kind == PictureKind::diagram_or_cell) {
+    PictureOptions one = options;
+    one.kind = PictureKind::diagram;
+    try {
+      return draw_entry(canvas, frame, entry, one);
+    } catch (const PerceptionError&) {
+      one.kind = PictureKind::cell;
+      return draw_entry(canvas, frame, entry, one);
+    }
+  }
   if (options.kind == PictureKind::diagram) {
     THandle<ChemicalDiagram> diagram = entry.chemical_diagram();
     if (diagram.is_null() || diagram->atoms.empty()) {
@@ -473,6 +549,24 @@ Drawn draw_entry(Canvas& canvas, const Frame& frame, const CrystalStructureDatab
     view = widest_view(scene.balls);
   }
   return draw_scene(canvas, frame, scene, view, options.labels);
+}
+
+// The text in lines that fit, five at most.
+std::vector<std::string> lines_of(const std::string& text, double width, double height) {
+  std::vector<std::string> lines;
+  std::istringstream words(text);
+  for (std::string word; words >> word;) {
+    const std::string longer = lines.empty() ? word : lines.back() + " " + word;
+    if (!lines.empty() && Canvas::text_width(longer, height) <= width) {
+      lines.back() = longer;
+    } else if (lines.size() == 5) {
+      lines.back() += " ...";
+      break;
+    } else {
+      lines.push_back(word);
+    }
+  }
+  return lines;
 }
 
 }  // namespace
@@ -513,8 +607,11 @@ Picture draw_sheet(const std::vector<THandle<CrystalStructureDatabaseEntry>>& en
       total.atoms += drawn.atoms;
       total.bonds += drawn.bonds;
     } catch (const std::invalid_argument& reason) {
-      canvas.text({frame.left + width / 2, frame.top + height / 2}, fitting(reason.what()), letters * 0.7,
-                  {0.5, 0.5, 0.5}, false);
+      double top = frame.top + height / 3;
+      for (const std::string& line : lines_of(reason.what(), width - 8, letters * 0.7)) {
+        canvas.text({frame.left + width / 2, top}, line, letters * 0.7, {0.5, 0.5, 0.5}, false);
+        top += letters * 1.4;
+      }
     }
   }
   return {canvas.bytes(), total.atoms, total.bonds};

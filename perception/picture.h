@@ -7,10 +7,11 @@
 // time and on every machine with the same cairo: letters are drawn as lines, so that no font is asked for,
 // and no date is written. The diagram leaves out hydrogen atoms of carbon; bonds whose type is not known are
 // dotted. The cell is drawn with its edges and all atoms in it, those on faces on each of them; what is
-// nearer is in front, what is far is paler. Colours are those that molecular models have: carbon grey,
-// nitrogen blue, oxygen red.
-// Fails: PerceptionError where there is nothing to draw, saying why, where more than 20,000 atoms would be
-// drawn, and for a size that is not from 16 to 20,000.
+// nearer is in front, what is far is paler; metal atoms farther apart than their radii, which share the
+// non-metal atoms around them, have no stick there. Independent molecules are drawn next to one another.
+// Colours are those that molecular models have: carbon grey, nitrogen blue, oxygen red. Fails:
+// PerceptionError where there is nothing to draw, saying why, where more than 20,000 atoms would be drawn,
+// and for a size that is not from 16 to 20,000.
 #pragma once
 
 #include <database_entry/entries/crystal_structure_database_entry.h>
@@ -21,7 +22,8 @@
 #include <string>
 #include <vector>
 
-enum class PictureKind { diagram, cell, molecule };
+// The last one is the diagram, or the cell where there is no diagram.
+enum class PictureKind { diagram, cell, molecule, diagram_or_cell };
 enum class PictureFormat { svg, png, pdf };
 
 struct PictureOptions {

@@ -199,7 +199,8 @@ void time_growth() {
     const auto side = static_cast<std::size_t>(std::ceil(std::cbrt(static_cast<double>(count) / 3)));
     for (std::size_t i = 0; elements.size() < count; ++i) {
       const double x = 3.1 * static_cast<double>(i % side), y = 3.1 * static_cast<double>(i / side % side);
-      const double z = 3.1 * static_cast<double>(i / side / side);
+      const std::size_t layer = i / side / side;
+      const double z = 3.1 * static_cast<double>(layer);
       elements.insert(elements.end(), {"O", "H", "H"});
       places.insert(places.end(), {{x, y, z}, {x + 0.96, y, z}, {x - 0.24, y + 0.93, z}});
     }

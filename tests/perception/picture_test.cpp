@@ -1,6 +1,7 @@
 #include <database_entry/entries/crystal_structure_immediate_database_entry.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <perception/bonds.h>
 #include <perception/components.h>
 #include <perception/perception_error.h>
 #include <perception/picture.h>
@@ -104,6 +105,33 @@ TEST(DrawPicture, RefusesASizeThatIsNone) {
   for (const int width : {0, 15, 20001, -1})
     EXPECT_THROW((void)draw_picture(salt(), {.kind = PictureKind::cell, .width = width}), PerceptionError)
         << width;
+}
+
+TEST(DrawPicture, LeavesOutSticksOfMetalAtomsAroundTheSameNonMetal) {
+  // Fluorite: calcium atoms are 3.86 Å apart, less than their radii and the tolerance.
+  const CrystalMaker fluorite =
+      crystal({5.463, 5.463, 5.463, 90, 90, 90}, face_centred,
+              {{"Ca", {0, 0, 0}}, {"F", {0.25, 0.25, 0.25}}, {"F", {0.75, 0.75, 0.75}}});
+  EXPECT_EQ(perceive_bonds(fluorite).bonds.size(), 32u + 24u);
+  EXPECT_EQ(draw_picture(entry_of(fluorite), {.kind = PictureKind::cell}).bonds, 32u);
+  const CrystalMaker copper = crystal({3.61, 3.61, 3.61, 90, 90, 90}, face_centred, {{"Cu", {0, 0, 0}}});
+  EXPECT_EQ(draw_picture(entry_of(copper), {.kind = PictureKind::cell}).bonds, 36u);
+}
+
+TEST(DrawPicture, DrawsTheCellWhereThereIsNoDiagram) {
+  EXPECT_EQ(draw_picture(salt(), {.kind = PictureKind::diagram_or_cell}).atoms, 27u);
+  EXPECT_EQ(draw_picture(formic_acid(), {.kind = PictureKind::diagram_or_cell}).atoms, 3u);
+}
+
+TEST(DrawPicture, PutsIndependentMoleculesNextToOneAnother) {
+  // Two atoms 2 Å apart across a face of the cell are as large as in one cell.
+  const auto size_with = [](double x) {
+    return draw_picture(entry_of(crystal({20, 20, 20, 90, 90, 90}, {"x,y,z"},
+                                         {{"Ar", {0.02, 0.5, 0.5}}, {"Kr", {x, 0.5, 0.5}}})),
+                        {.kind = PictureKind::molecule})
+        .bytes;
+  };
+  EXPECT_EQ(size_with(0.92), size_with(-0.08));
 }
 
 TEST(DrawSheet, DrawsManyEntriesAndSaysOfOthersWhyNot) {

@@ -25,13 +25,14 @@ FileKind file_kind(PictureFormat format) {
   return FileKind::pdf;
 }
 
-// What the command line asks for. The kind is the diagram, unless another one is asked for.
+// What the command line asks for. Without a kind, what has no diagram is drawn as a cell.
 PictureOptions picture_options(const PictureCommandOptions& options) {
   if (static_cast<int>(options.diagram) + static_cast<int>(options.cell) +
           static_cast<int>(options.molecule) >
       1)
     throw ToolError(ExitCode::usage, "picture: --diagram, --cell or --molecule, not two of them");
   PictureOptions asked;
+  if (!options.diagram) asked.kind = PictureKind::diagram_or_cell;
   if (options.cell) asked.kind = PictureKind::cell;
   if (options.molecule) asked.kind = PictureKind::molecule;
   try {
@@ -44,16 +45,6 @@ PictureOptions picture_options(const PictureCommandOptions& options) {
   asked.width = options.width;
   asked.height = options.height;
   return asked;
-}
-
-Picture draw(const StoredEntry& entry, PictureOptions asked, bool may_be_cell) {
-  try {
-    return draw_picture(entry, asked);
-  } catch (const PerceptionError&) {
-    if (!may_be_cell) throw;
-  }
-  asked.kind = PictureKind::cell;
-  return draw_picture(entry, asked);
 }
 
 }  // namespace
@@ -76,10 +67,7 @@ ExitCode picture_command(const PictureCommandOptions& options, Terminal& termina
   const bool is_sheet = options.sheet || entries.size() > 1;
   Picture picture;
   try {
-    // Without a kind, what has no diagram is drawn as a cell.
-    const bool may_be_cell = !options.diagram && !options.cell && !options.molecule;
-    picture = is_sheet ? draw_sheet(entries, asked, options.columns)
-                       : draw(dynamic_cast<const StoredEntry&>(*entries.front()), asked, may_be_cell);
+    picture = is_sheet ? draw_sheet(entries, asked, options.columns) : draw_picture(*entries.front(), asked);
   } catch (const PerceptionError& error) {
     throw ToolError(ExitCode::problems, fmt::format("{}: {}", options.collection, error.what()));
   }
