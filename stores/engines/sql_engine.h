@@ -85,21 +85,18 @@ class SqlEngine : public StoreEngine {
   }
 
   [[nodiscard]] std::optional<Whole> find_whole(const std::string& identifier) override {
-    auto statement = connection().statement(
-        "SELECT e.number, c.key & 31, c.bytes FROM entry e LEFT JOIN component c ON c.key >= e.number * 32 "
-        "AND c.key < "
-        "e.number * 32 + 32 WHERE " +
-        Connection::identifier_is("=", "?1") + " ORDER BY c.key");
+    auto statement = connection().statement(whole_sql_);
     statement.bind(1, identifier);
     if (!statement.step()) return std::nullopt;
     Whole whole;
+    whole.is_packed = true;
     whole.head.number = statement.integer(0);
     whole.head.identifier = whole.bytes.identifier = identifier;
     if (statement.is_null(1) || statement.integer(1) != 0) damaged(no_head);
     static_cast<void>(digest_of_head(statement.bytes(2), whole.head));
     while (statement.step()) {
       const auto kind = static_cast<ComponentKind>(statement.integer(1));
-      if (whole.head.has(kind)) whole.bytes.components[slot(kind)] = unpacked(statement.bytes(2));
+      if (whole.head.has(kind)) whole.bytes.components[slot(kind)].emplace(statement.bytes(2));
     }
     return whole;
   }
@@ -827,6 +824,10 @@ class SqlEngine : public StoreEngine {
   static constexpr const char* no_head = "its head is missing";
   const std::string find_sql_ =
       "SELECT " + head_names + entry_with_head + "WHERE " + Connection::identifier_is("=", "?1");
+  const std::string whole_sql_ =
+      "SELECT e.number, c.key & 31, c.bytes FROM entry e LEFT JOIN component c ON c.key >= e.number * 32 "
+      "AND c.key < e.number * 32 + 32 WHERE " +
+      Connection::identifier_is("=", "?1") + " ORDER BY c.key";
   const std::string number_sql_ =
       "SELECT e.number FROM entry e WHERE " + Connection::identifier_is("=", "?1");
   // The rows between the two are walked over, which takes less than to look for the second.

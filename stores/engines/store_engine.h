@@ -39,11 +39,11 @@ class ComponentReader {
                                                    ComponentKind kind);
   // The archive bytes of one component, not checked; nothing where they are missing. One question.
   [[nodiscard]] virtual std::optional<std::string> component(const EntryHead& head, ComponentKind kind) = 0;
-  // An entry with all components, as one state. One question. What is missing or cannot be unpacked is
-  // missing there.
+  // An entry with all components, as one state. One question. What is missing is missing there.
   struct Whole {
     EntryHead head;
     EntryBytes bytes;
+    bool is_packed = false;  // the bytes of components are still as packed() gave them
   };
   [[nodiscard]] virtual std::optional<Whole> find_whole(const std::string& identifier) = 0;
   // Identifiers before and after this one in the order of bytes, up to `count` of each.

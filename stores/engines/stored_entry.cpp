@@ -6,6 +6,8 @@
 #include <bit>
 #include <chrono>
 #include <cstring>
+#include <memory>
+#include <new>
 
 namespace {
 
@@ -149,8 +151,14 @@ std::optional<std::string> unpacked(std::string_view packed_bytes) {
   const unsigned long long size = ZSTD_getFrameContentSize(packed_bytes.data(), packed_bytes.size());
   if (size > always_allowed + most_expansion * packed_bytes.size()) return std::nullopt;
   std::string bytes(size, '\0');
-  const std::size_t count =
-      ZSTD_decompress(bytes.data(), bytes.size(), packed_bytes.data(), packed_bytes.size());
+  // A context takes longer to make than most components take to unpack.
+  struct FreeContext {
+    void operator()(ZSTD_DCtx* context) const { ZSTD_freeDCtx(context); }
+  };
+  thread_local const std::unique_ptr<ZSTD_DCtx, FreeContext> context(ZSTD_createDCtx());
+  if (context == nullptr) throw std::bad_alloc();
+  const std::size_t count = ZSTD_decompressDCtx(context.get(), bytes.data(), bytes.size(),
+                                                packed_bytes.data(), packed_bytes.size());
   if (ZSTD_isError(count) != 0 || count != size) return std::nullopt;
   return bytes;
 }

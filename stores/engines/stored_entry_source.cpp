@@ -32,6 +32,12 @@ void check_component(const std::string& place, const std::string& entry, const E
                            : "its bytes are missing or cannot be unpacked");
 }
 
+// The bytes of a component, which are no longer there afterwards; nothing where they cannot be unpacked.
+std::optional<std::string> taken(ComponentReader::Whole& whole, ComponentKind kind) {
+  auto bytes = std::exchange(whole.bytes.components[slot(kind)], std::nullopt);
+  return bytes && whole.is_packed ? unpacked(*bytes) : std::move(bytes);
+}
+
 class StoredEntrySource : public CrystalStructureDatabaseEntryDataSource {
  public:
   StoredEntrySource(std::shared_ptr<ComponentReader> reader, const std::string& identifier,
@@ -42,8 +48,8 @@ class StoredEntrySource : public CrystalStructureDatabaseEntryDataSource {
         decoder_([this](ComponentKind kind) { return bytes(kind); }, reader_->streams()) {}
   StoredEntrySource(std::shared_ptr<ComponentReader> reader, ComponentReader::Whole whole)
       : StoredEntrySource(std::move(reader), whole.head.identifier, whole.head.number) {
-    prefetched_ = std::make_unique<EntryBytes>(std::move(whole.bytes));
-    head_.emplace(std::move(whole.head));
+    prefetched_ = std::make_unique<ComponentReader::Whole>(std::move(whole));
+    head_ = prefetched_->head;
   }
   // The decoder asks this very object.
   StoredEntrySource(const StoredEntrySource&) = delete;
@@ -97,7 +103,7 @@ class StoredEntrySource : public CrystalStructureDatabaseEntryDataSource {
   std::optional<std::string> later_bytes(ComponentKind kind) const {
     if (!head_->has(kind)) return std::nullopt;
     std::optional<std::string> found;
-    if (prefetched_ != nullptr) found = std::exchange(prefetched_->components[slot(kind)], std::nullopt);
+    if (prefetched_ != nullptr) found = taken(*prefetched_, kind);
     if (!found) found = reader_->component(*head_, kind);
     if (found && component_hash(kind, *found) == head_->hashes[slot(kind)]) return found;
     // Either the entry was replaced since its head was read, or what is stored is damaged.
@@ -122,7 +128,7 @@ class StoredEntrySource : public CrystalStructureDatabaseEntryDataSource {
   std::string identifier_;
   mutable std::int64_t number_;
   mutable std::optional<EntryHead> head_;
-  mutable std::unique_ptr<EntryBytes>
+  mutable std::unique_ptr<ComponentReader::Whole>
       prefetched_;  // what was not asked for yet; null where nothing was prefetched
   mutable EntryDecoder decoder_;
   mutable bool has_answered_ = false;
@@ -160,8 +166,9 @@ THandle<CrystalStructureImmediateDatabaseEntry> make_entry(ComponentReader& read
     if (!whole) throw_not_found(reader, identifier);
     for_each_component([&](auto component) {
       if (!whole->head.has(component.kind)) return;
-      check_component(reader.place(), identifier, whole->head, component.kind,
-                      whole->bytes.components[slot(component.kind)]);
+      auto bytes = taken(*whole, component.kind);
+      check_component(reader.place(), identifier, whole->head, component.kind, bytes);
+      whole->bytes.components[slot(component.kind)] = std::move(bytes);
     });
     try {
       return decode(whole->bytes, reader.streams());
