@@ -1,35 +1,37 @@
 """To and from other packages, where they are there: ase.Atoms, gemmi.SmallStructure, pandas tables."""
 
+from __future__ import annotations
+
+from typing import Any, Dict, Iterable, List, Optional, Sequence, Union
+
 from . import _database_entry as _c
+from .errors import NullHandleError
+from .stores import Database, Row
+
+Entry = _c.CrystalStructureDatabaseEntry
 
 _OPERATORS = ("x,y,z",)
 
 
-def _crystal(entry):
+def _crystal(entry: Union[Entry, _c.CrystalMaker]) -> _c.CrystalMaker:
     maker = entry.crystal_maker if isinstance(entry, _c.CrystalStructureDatabaseEntry) else entry
     if maker is None:
-        raise _c_null("there is no crystal maker, and so no atoms")
+        raise NullHandleError("there is no crystal maker, and so no atoms")
     return maker
 
 
-def _c_null(text):
-    from .errors import NullHandleError
-
-    return NullHandleError(text)
-
-
-def _symbol(element):
+def _symbol(element: str) -> str:
     """ASE and gemmi know deuterium by other names."""
     return {"D": "H", "T": "H", "": "X"}.get(element, element)
 
 
-def to_ase(entry):
+def to_ase(entry: Union[Entry, _c.CrystalMaker]) -> Any:
     """The atoms of one unit cell as ase.Atoms: every operator on every site, each place once.
 
     The cell has a along x and b in the plane of x and y. `info` has the identifier; the arrays `site` (the number
     of the atom in the crystal maker) and `occupancy` go with the atoms.
     """
-    import ase
+    import ase  # type: ignore[import]
     import numpy
 
     maker = _crystal(entry)
@@ -47,14 +49,14 @@ def to_ase(entry):
     return atoms
 
 
-def from_ase(atoms, identifier=None):
+def from_ase(atoms: Any, identifier: Optional[str] = None) -> _c.CrystalStructureImmediateDatabaseEntry:
     """An entry of ase.Atoms with a cell; the symmetry is that of the translations alone, "x,y,z"."""
     a, b, c, alpha, beta, gamma = (float(number) for number in atoms.cell.cellpar())
     if atoms.cell.rank != 3:
         raise ValueError("these atoms have no cell of three axes")
     cell = _c.Cell(a, b, c, alpha, beta, gamma, _OPERATORS)
     occupancies = atoms.arrays.get("occupancy")
-    counts = {}
+    counts: Dict[str, int] = {}
     sites = []
     for i, (symbol, position) in enumerate(
             zip(atoms.get_chemical_symbols(), atoms.get_scaled_positions(wrap=False))):
@@ -69,7 +71,7 @@ def from_ase(atoms, identifier=None):
         identifier, _c.CrystalMaker(cell, sites), **_blank(_c.ChemicalInfo(formula=formula)))
 
 
-def _blank(chemical_info):
+def _blank(chemical_info: _c.ChemicalInfo) -> Dict[str, Any]:
     """Default components, so that the entry can be stored in an archive."""
     return {
         "publication": _c.Publication(), "experimental_info": _c.ExperimentalInfo(),
@@ -79,9 +81,9 @@ def _blank(chemical_info):
     }
 
 
-def to_gemmi(entry):
+def to_gemmi(entry: Union[Entry, _c.CrystalMaker]) -> Any:
     """The asymmetric unit as a gemmi.SmallStructure."""
-    import gemmi
+    import gemmi  # type: ignore[import]
 
     maker = _crystal(entry)
     structure = gemmi.SmallStructure()
@@ -105,7 +107,7 @@ def to_gemmi(entry):
     return structure
 
 
-def from_gemmi(structure, identifier=None):
+def from_gemmi(structure: Any, identifier: Optional[str] = None) -> _c.CrystalStructureImmediateDatabaseEntry:
     """An entry of a gemmi.SmallStructure; the operators are those of its space group."""
     cell = structure.cell
     group = structure.find_spacegroup()
@@ -121,20 +123,18 @@ def from_gemmi(structure, identifier=None):
         **_blank(_c.ChemicalInfo()))
 
 
-def frame(entries, columns=None):
+def frame(entries: Union[Database, Iterable[Union[Entry, Row]]], columns: Optional[Sequence[str]] = None) -> Any:
     """A pandas.DataFrame with a row for each entry and its columns (`de.EntryColumns`), by identifier.
 
     `entries`: a store, an archive, rows of a store, or entries. `columns` names those that are wanted.
     """
-    import pandas
-
-    from .stores import Database, Row
+    import pandas  # type: ignore[import]
 
     if isinstance(entries, Database):
         entries = entries.select()
-    rows = []
+    rows: List[_c.EntryColumns] = []
     for entry in entries:
-        found = entry._columns if isinstance(entry, Row) else _c._columns_of(entry)
+        found = entry.columns if isinstance(entry, Row) else _c._columns_of(entry)
         rows.append(found)
     names = [name for name in _c.EntryColumns._names if name != "identifier"] if columns is None else list(columns)
     attributes = [_c.EntryColumns._short_names.get(name, name) for name in names]

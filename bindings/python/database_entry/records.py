@@ -1,13 +1,19 @@
 """What all records have alike, by their lists of fields: repr, dictionaries, pickling, copying."""
 
+from __future__ import annotations
+
 import collections.abc
 import enum
+from typing import Any, Dict
 
-from . import _database_entry as _c
+from . import _database_entry
 from .notebook import entry_html, record_html
-from .values import DatabaseEntryIdentifier
+from .values import DatabaseEntryIdentifier, Enumeration
 
-_classes = [value for name, value in vars(_c).items() if isinstance(value, type) and not name.startswith("_")]
+# The classes get their methods here, which no checker follows.
+_c: Any = _database_entry
+
+_classes: Any = [value for name, value in vars(_c).items() if isinstance(value, type) and not name.startswith("_")]
 
 RECORDS = {cls.__name__: cls for cls in _classes if hasattr(cls, "_fields")}
 LISTS = {cls.__name__: cls for cls in _classes if hasattr(cls, "_item_type")}
@@ -18,12 +24,12 @@ ENTRIES = {
 _MOST_SHOWN = 3
 
 
-def _is_blank(value):
+def _is_blank(value: Any) -> bool:
     return value is None or (isinstance(value, (str, int, float)) and not value) or (
         isinstance(value, collections.abc.Sized) and not isinstance(value, str) and len(value) == 0)
 
 
-def _shown(value):
+def _shown(value: Any) -> str:
     if isinstance(value, enum.Enum):
         return str(value)
     if isinstance(value, DatabaseEntryIdentifier):
@@ -40,7 +46,7 @@ def _shown(value):
     return repr(value)
 
 
-def _record_repr(self):
+def _record_repr(self: Any) -> str:
     parts = []
     for name in self._fields:
         value = getattr(self, name)
@@ -49,27 +55,33 @@ def _record_repr(self):
     return f"{type(self).__name__}({', '.join(parts)})"
 
 
-def _entry_repr(self):
-    there = [name for name in self._components if self._has(name)]
+def _entry_repr(self: Any) -> str:
+    there = [name for name in self._components if getattr(self, name) is not None]
     return f"<{type(self).__name__} {str(self.identifier)!r}: {', '.join(there) or 'no components'}>"
 
 
-def _immediate_has(self, name):
-    return getattr(self, name) is not None
+def _deferred_repr(self: Any) -> str:
+    """Nothing is asked for."""
+    return f"<{type(self).__name__} {str(self.identifier)!r}>"
+
+
+def _entry_copy(self: Any) -> Any:
+    """Another entry that shares every component."""
+    return _c._gathered(self)
 
 
 # Dictionaries. An object that is met again, as the atoms of a match are, becomes {"$ref": "/path/to/it"}.
 
 
 class _ToPlain:
-    def __init__(self):
-        self.paths = {}
-        self.kept = []
+    def __init__(self) -> None:
+        self.paths: Dict[int, str] = {}
+        self.kept: Any = []
 
-    def plain(self, value, path):
+    def plain(self, value: Any, path: str) -> Any:
         if value is None or isinstance(value, (bool, float)):
             return value
-        if isinstance(value, enum.Enum):
+        if isinstance(value, Enumeration):
             return value.text
         if isinstance(value, int):
             return int(value)
@@ -103,7 +115,7 @@ _SHARED = {
 }
 
 
-def _type_of(text):
+def _type_of(text: str) -> Any:
     """The class that a field's type names: "Optional[Cell]" is Cell."""
     if text.startswith(("Optional[", "Sequence[")):
         text = text[9:-1]
@@ -111,10 +123,10 @@ def _type_of(text):
 
 
 class _FromPlain:
-    def __init__(self):
-        self.known = {}
+    def __init__(self) -> None:
+        self.known: Dict[str, Any] = {}
 
-    def value(self, plain, type_name, path):
+    def value(self, plain: Any, type_name: str, path: str) -> Any:
         if plain is None:
             return None
         if isinstance(plain, dict) and set(plain) == {"$ref"}:
@@ -139,7 +151,7 @@ class _FromPlain:
         self.known[path] = made
         return made
 
-    def record(self, cls, plain, path):
+    def record(self, cls: Any, plain: Any, path: str) -> Any:
         unknown = set(plain) - set(cls._fields)
         if unknown:
             raise TypeError(f"{cls.__name__} has no field '{sorted(unknown)[0]}' ({path or '/'})")
@@ -150,7 +162,7 @@ class _FromPlain:
         return _make(cls, fields)
 
 
-def _from_text(cls, plain):
+def _from_text(cls: Any, plain: Any) -> Any:
     if cls is _c.Date:
         year, month, day = map(int, plain.rsplit("-", 2))
         return cls._from_fields((year, month, day))
@@ -163,7 +175,7 @@ def _from_text(cls, plain):
 _OF_FIELDS = (_c.Date, _c.Journal, _c.CrystalSymmetryOperator, _c.DepositionInfo)
 
 
-def _make(cls, fields):
+def _make(cls: Any, fields: Any) -> Any:
     """A record of all its fields, those included that only an archive can fill."""
     if cls in _OF_FIELDS:
         return cls._from_fields(tuple(fields[name] for name in cls._fields))
@@ -172,16 +184,16 @@ def _make(cls, fields):
     return cls(**fields)
 
 
-def _restore_record(cls, values):
+def _restore_record(cls: Any, values: Any) -> Any:
     made = _make(cls if cls.__name__ in RECORDS else _bound(cls), dict(zip(cls._fields, values)))
     return made
 
 
-def _bound(cls):
+def _bound(cls: Any) -> Any:
     return next(base for base in cls.__mro__ if base.__name__ in RECORDS)
 
 
-def _record_reduce(self, protocol):
+def _record_reduce(self: Any, protocol: Any) -> Any:
     values = []
     for name in self._fields:
         value = getattr(self, name)
@@ -194,42 +206,48 @@ def _record_reduce(self, protocol):
     return _restore_record, (type(self), tuple(values))
 
 
-def _list_reduce(self, protocol):
+def _list_reduce(self: Any, protocol: Any) -> Any:
     return type(self), (list(self),)
 
 
-def _restore_entry(cls, stored):
+def _restore_entry(cls: Any, stored: Any) -> Any:
     return _c._entry_from_stored_bytes(stored)
 
 
-def _entry_reduce(self, protocol):
+def _entry_reduce(self: Any, protocol: Any) -> Any:
     return _restore_entry, (type(self), self._stored_bytes())
 
 
-def _record_copy(self):
+def _record_copy(self: Any) -> Any:
     """A record of its own that shares what this one holds by handles."""
     return _make(_bound(type(self)), {name: getattr(self, name) for name in self._fields})
 
 
-def _record_to_dict(self):
+def _record_to_dict(self: Any) -> Any:
     """The fields as a dictionary of plain values, which JSON can hold; enumerations by their texts."""
-    return _ToPlain().plain(self, "")
+    walk = _ToPlain()
+    plain = {}
+    for name in self._fields:
+        plain[name] = walk.plain(getattr(self, name), f"/{name}")
+    return plain
 
 
-def _record_from_dict(cls, fields):
+def _record_from_dict(cls: Any, fields: Any) -> Any:
     """The record of a dictionary that to_dict() made; a field that is not there keeps its default."""
     return _FromPlain().record(cls, fields, "")
 
 
-def _entry_to_dict(self):
+def _entry_to_dict(self: Any) -> Any:
     """Identifier and all sixteen components as plain values; None for a component that is missing."""
     walk = _ToPlain()
     plain = {"identifier": str(self.identifier)}
-    plain.update((name, walk.plain(getattr(self, name), f"/{name}")) for name in self._components)
+    # What a source in Python raises passes through as it is, StopIteration too.
+    for name in self._components:
+        plain[name] = walk.plain(getattr(self, name), f"/{name}")
     return plain
 
 
-def _entry_from_dict(cls, plain):
+def _entry_from_dict(cls: Any, plain: Any) -> Any:
     """The entry of a dictionary that to_dict() made; a component that is not there is None."""
     walk = _FromPlain()
     components = {
@@ -239,41 +257,51 @@ def _entry_from_dict(cls, plain):
     return _c.CrystalStructureImmediateDatabaseEntry(plain["identifier"], maker, cell=cell, **components)
 
 
-def _json(self, indent=None):
+def _json(self: Any, indent: Any = None) -> str:
     """The stored form of the entry as JSON, as `dbentry show -f json` writes it; one line unless indented."""
-    return _c._json(self, -1 if indent is None else indent)
+    return str(_c._json(self, -1 if indent is None else indent))
 
 
-def _from_json(cls, text):
+def _from_json(cls: Any, text: Any) -> Any:
     """The entry of what to_json() made (str or bytes). A component that is not there has its defaults; null is None."""
     return _c._entry_from_json(text.encode("utf-8", "surrogatepass") if isinstance(text, str) else bytes(text))
 
 
-def _to_cif(self):
+def _to_cif(self: Any) -> str:
     """The entry as a CIF file of one data block."""
-    return _c._CifWriter().write(self).decode("utf-8", "surrogateescape")
+    return bytes(_c._CifWriter().write(self)).decode("utf-8", "surrogateescape")
 
 
-def _to_xyz(self, *, cell=False):
+def _to_xyz(self: Any, *, cell: Any = False) -> str:
     """The atoms as extended XYZ: those that are stored, or with cell=True all of the cell."""
-    return _c._xyz(self, cell)
+    return str(_c._xyz(self, cell))
 
 
-def _list_repr(self):
+def _record_html(self: Any) -> str:
+    """A table of the fields that say something."""
+    return record_html(self)
+
+
+def _entry_html(self: Any) -> str:
+    """The picture, where one can be drawn, beside a table of what is known."""
+    return entry_html(self)
+
+
+def _list_repr(self: Any) -> str:
     return repr(list(self))
 
 
-def _list_eq(self, other):
+def _list_eq(self: Any, other: Any) -> Any:
     if isinstance(other, (list, tuple)) or type(other).__name__ in LISTS:
         return len(self) == len(other) and all(a == b for a, b in zip(self, other))
     return NotImplemented
 
 
-def _value_hash(self):
+def _value_hash(self: Any) -> Any:
     return hash(tuple(getattr(self, name) for name in self._fields))
 
 
-def _mix_in(cls, abstract):
+def _mix_in(cls: Any, abstract: Any) -> None:
     """Gives a class of the extension the methods of one of collections.abc."""
     for base in abstract.__mro__:
         for name, member in vars(base).items():
@@ -286,11 +314,11 @@ def _mix_in(cls, abstract):
     abstract.register(cls)
 
 
-def _set_from_iterable(cls, references):
+def _set_from_iterable(cls: Any, references: Any) -> Any:
     return set(references)
 
 
-def prepare():
+def prepare() -> None:
     """Called once, when the package is imported."""
     for cls in _classes:
         cls.__module__ = "database_entry"
@@ -300,7 +328,7 @@ def prepare():
         cls.__copy__ = _record_copy
         cls.to_dict = _record_to_dict
         cls.from_dict = classmethod(_record_from_dict)
-        cls._repr_html_ = record_html
+        cls._repr_html_ = _record_html
     for cls in LISTS.values():
         _mix_in(cls, collections.abc.MutableSequence)
         cls.__repr__ = _list_repr
@@ -317,8 +345,8 @@ def prepare():
 
     entry = _c.CrystalStructureDatabaseEntry
     entry.__repr__ = _entry_repr
-    entry._repr_html_ = entry_html
-    entry._has = _immediate_has
+    entry._repr_html_ = _entry_html
+    entry.__copy__ = _entry_copy
     entry.__reduce_ex__ = _entry_reduce
     entry.to_dict = _entry_to_dict
     entry.from_dict = classmethod(_entry_from_dict)
@@ -326,4 +354,4 @@ def prepare():
     entry.from_json = classmethod(_from_json)
     entry.to_cif = _to_cif
     entry.to_xyz = _to_xyz
-    _c.CrystalStructureDeferredDatabaseEntry._has = lambda self, name: False
+    _c.CrystalStructureDeferredDatabaseEntry.__repr__ = _deferred_repr

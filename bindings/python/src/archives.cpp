@@ -152,6 +152,7 @@ class ArchiveReader {
     seek(end_of_known_);
     const int byte = std::fgetc(file_.stream());
     if (byte == EOF) {
+      if (std::ferror(file_.stream()) != 0) throw ArchiveError(file_.path() + ": " + std::strerror(errno));
       is_indexed_ = true;
       return THandle<Immediate>();
     }

@@ -38,6 +38,13 @@ struct BoundComponent {
   }
 };
 
+// The same components in an entry that has them all at hand.
+Immediate gathered(const Entry& entry) {
+  ComponentHandles handles;
+  for_each_component([&](auto component) { handles[component] = component.get(entry); });
+  return Immediate::from(entry.identifier(), handles);
+}
+
 void bind_abstract_entry(py::module_& module) {
   bound_name<Entry> = "CrystalStructureDatabaseEntry";
   py::class_<Entry, THandle<Entry>> bound(module, "CrystalStructureDatabaseEntry",
@@ -71,6 +78,12 @@ void bind_abstract_entry(py::module_& module) {
     return py::bool_(&self == &right || are_stored_alike(self, right));
   });
   bound.attr("__hash__") = py::none();
+  bound.def(
+      "to_bytes",
+      [](const Entry& self) {
+        return py::bytes(archived_bytes([&](Archive& archive) { gathered(self).write(archive); }));
+      },
+      "The identifier and the ten archived components, none of which may be None, as an archive holds them.");
   bound.def("_stored_bytes", [](const Entry& self) { return py::bytes(stored_bytes(self)); });
 }
 
@@ -110,12 +123,6 @@ void bind_immediate_entry(py::module_& module) {
             py::arg("identifier") = "", py::arg("crystal_maker") = py::none(),
             "Shares each component, given by its name. With a crystal maker and no `cell`, the entry holds a "
             "copy of the crystal maker's cell.");
-  bound.def(
-      "to_bytes",
-      [](const Immediate& self) {
-        return py::bytes(archived_bytes([&](Archive& archive) { self.write(archive); }));
-      },
-      "The identifier and the ten archived components, none of which may be None, as an archive holds them.");
   bound.def_static(
       "from_bytes",
       [](const std::string& bytes) {
@@ -125,23 +132,49 @@ void bind_immediate_entry(py::module_& module) {
         return entry;
       },
       py::arg("bytes"));
-  bound.def(
-      "__copy__", [](const Immediate& self) { return THandle<Immediate>(new Immediate(self)); },
-      "Another entry that shares every component.");
   module.def("_entry_from_stored_bytes",
              [](const py::bytes& bytes) { return entry_from_stored_bytes(bytes); });
-  module.def("_gathered", [](const Entry& entry) {
-    ComponentHandles handles;
-    for_each_component([&](auto component) { handles[component] = component.get(entry); });
-    return THandle<Immediate>(new Immediate(Immediate::from(entry.identifier(), handles)));
-  });
+  module.def("_gathered",
+             [](const Entry& entry) { return THandle<Immediate>(new Immediate(gathered(entry))); });
 }
 
-// A source of C++ itself, or what its methods in Python say.
-THandle<Source> source_from(const py::object& object) {
-  if (object.is_none()) return THandle<Source>();
+// Over a source of C++ itself, or over what the methods of an object say.
+THandle<Deferred> deferred_entry_of(const py::object& object) {
+  if (object.is_none()) return THandle<Deferred>(new Deferred(THandle<Source>()));
   const bool is_plain = py::isinstance<Source>(object) && !object.attr("_is_overridden").cast<bool>();
-  return is_plain ? py::cast<THandle<Source>>(object) : THandle<Source>(new PythonSource(object));
+  if (is_plain) return THandle<Deferred>(new Deferred(py::cast<THandle<Source>>(object)));
+  return THandle<Deferred>(new EntryOfPythonSource(new PythonSource(object)));
+}
+
+// The source in Python that goes with this object; null where C++ holds the entry too, or there is none.
+PythonSource* own_source_of(PyObject* self) {
+  auto* const instance = reinterpret_cast<py::detail::instance*>(self);
+  if (!instance->simple_layout || !instance->simple_holder_constructed) return nullptr;
+  const auto* const holder = reinterpret_cast<THandle<Deferred>*>(&instance->simple_value_holder[1]);
+  if (holder->is_null() || holder->use_count() != 1) return nullptr;
+  const auto* const entry = dynamic_cast<const EntryOfPythonSource*>(holder->get());
+  return entry == nullptr ? nullptr : entry->own_source();
+}
+
+// A source that holds its entry is a circle, which goes when nobody else holds a part of it.
+void take_part_in_collection(PyHeapTypeObject* heap_type) {
+  PyTypeObject& type = heap_type->ht_type;
+  type.tp_flags |= Py_TPFLAGS_HAVE_GC;
+  // The object is taken off the collector's list before it goes.
+  static const destructor inherited = type.tp_base->tp_dealloc;
+  type.tp_dealloc = [](PyObject* self) {
+    PyObject_GC_UnTrack(self);
+    inherited(self);
+  };
+  type.tp_traverse = [](PyObject* self, visitproc visit, void* arg) {
+    Py_VISIT(Py_TYPE(self));
+    if (const PythonSource* const source = own_source_of(self)) Py_VISIT(source->object());
+    return 0;
+  };
+  type.tp_clear = [](PyObject* self) {
+    if (PythonSource* const source = own_source_of(self)) source->forget();
+    return 0;
+  };
 }
 
 void bind_deferred_entry(py::module_& module) {
@@ -164,11 +197,9 @@ void bind_deferred_entry(py::module_& module) {
   bound_name<Deferred> = "CrystalStructureDeferredDatabaseEntry";
   py::class_<Deferred, Entry, THandle<Deferred>> deferred(
       module, "CrystalStructureDeferredDatabaseEntry",
-      class_documentation("CrystalStructureDeferredDatabaseEntry"));
-  deferred.def(py::init([](const py::object& data_source) {
-                 return THandle<Deferred>(new Deferred(source_from(data_source)));
-               }),
-               py::arg("source"),
+      class_documentation("CrystalStructureDeferredDatabaseEntry"),
+      py::custom_type_setup(&take_part_in_collection));
+  deferred.def(py::init(&deferred_entry_of), py::arg("source"),
                "Asks the source for the identifier now, and for each component when it is first wanted.");
 }
 

@@ -58,6 +58,17 @@ void bind_list(py::module_& module, const char* name) {
   bound.def("__delitem__", [](List& list, py::ssize_t index) {
     list.erase(list.begin() + static_cast<Place>(position_of(index, list.size())));
   });
+  bound.def("__delitem__", [](List& list, const py::slice& slice) {
+    std::size_t start = 0, stop = 0, step = 0, length = 0;
+    if (!slice.compute(list.size(), &start, &stop, &step, &length)) throw py::error_already_set();
+    // A negative step wraps around as it should.
+    std::vector<bool> is_kept(list.size(), true);
+    for (std::size_t i = 0; i < length; ++i, start += step) is_kept[start] = false;
+    List kept;
+    for (std::size_t i = 0; i < list.size(); ++i)
+      if (is_kept[i]) kept.push_back(list[i]);
+    list = std::move(kept);
+  });
   bound.def("insert", [](List& list, py::ssize_t index, py::handle item) {
     const auto size = static_cast<py::ssize_t>(list.size());
     const py::ssize_t place = std::clamp(index < 0 ? index + size : index, py::ssize_t(0), size);

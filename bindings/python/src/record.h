@@ -130,13 +130,12 @@ void assign_fields(Record& record, const py::kwargs& keywords) {
     }
   });
   if (taken == keywords.size()) return;
-  for (const auto& [name, value] : keywords) {
+  for (const auto& keyword : keywords) {
+    const auto name = py::cast<std::string>(keyword.first);
     bool is_field = false;
-    for_each_bound_field<Record>([&](auto field) {
-      is_field = is_field || (field.is_writable && py::cast<std::string>(name) == field.field.name);
-    });
-    if (!is_field)
-      throw py::type_error(bound_name<Record> + " has no field '" + py::cast<std::string>(name) + "'");
+    for_each_bound_field<Record>(
+        [&](auto field) { is_field = is_field || (field.is_writable && name == field.field.name); });
+    if (!is_field) throw py::type_error(bound_name<Record> + " has no field '" + name + "'");
   }
 }
 

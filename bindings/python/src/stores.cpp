@@ -1,13 +1,15 @@
 // Stores and queries. The class that users see is stores.py.
 //
-// A store has a lock of its own, which is taken after the interpreter's is let go, and let go before it is
-// taken again: threads may share a store. What touches handles that Python may hold too (put, the components
-// of a source) keeps the interpreter's lock.
+// A store has a lock of its own. Nobody waits for it with the interpreter's lock in hand, so that threads may
+// share a store. What touches handles that Python may hold too (put, the components of a source) has both.
 #include <database_entry/entries/crystal_structure_deferred_database_entry.h>
 #include <stores/entry_store.h>
 
+#include <algorithm>
+#include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,8 +22,22 @@ using Source = CrystalStructureDatabaseEntryDataSource;
 
 struct SharedStore {
   explicit SharedStore(std::unique_ptr<EntryStore> opened) : store(std::move(opened)) {}
-  std::unique_ptr<EntryStore> store;  // null after close()
-  std::mutex mutex;
+  std::shared_ptr<EntryStore> store;  // null after close()
+  // An entry that is put may be one of the store's own, or ask a source in Python that uses the store.
+  std::recursive_mutex mutex;
+};
+
+// The lock of a store, taken by a thread that has the interpreter's and has it again afterwards.
+class StoreLock {
+ public:
+  explicit StoreLock(std::recursive_mutex& mutex) : lock_(mutex, std::try_to_lock) {
+    if (lock_.owns_lock()) return;
+    const py::gil_scoped_release others_may_run;
+    lock_.lock();
+  }
+
+ private:
+  std::unique_lock<std::recursive_mutex> lock_;
 };
 
 class LockedSource : public Source {
@@ -29,14 +45,11 @@ class LockedSource : public Source {
   LockedSource(std::shared_ptr<SharedStore> shared, THandle<Source> source)
       : shared_(std::move(shared)), source_(std::move(source)) {}
 
-  [[nodiscard]] DatabaseEntryIdentifier identifier() const override {
-    const std::scoped_lock lock(shared_->mutex);
-    return source_->identifier();
-  }
+  [[nodiscard]] DatabaseEntryIdentifier identifier() const override { return source_->identifier(); }
 
 #define DATABASE_ENTRY_LOCKED(number, name, label, Type) \
   [[nodiscard]] THandle<Type> name() const override {    \
-    const std::scoped_lock lock(shared_->mutex);         \
+    const StoreLock lock(shared_->mutex);                \
     return source_->name();                              \
   }
   DATABASE_ENTRY_COMPONENTS(DATABASE_ENTRY_LOCKED, DATABASE_ENTRY_LOCKED)
@@ -57,34 +70,68 @@ class Store {
   auto apart(const Work& work) const {
     const py::gil_scoped_release others_may_run;
     const std::scoped_lock lock(shared_->mutex);
-    return work(opened());
+    const auto store = opened();
+    return work(*store);
   }
 
   // Objects that Python may hold too.
   template <class Work>
   auto together(const Work& work) const {
-    const std::scoped_lock lock(shared_->mutex);
-    return work(opened());
+    const StoreLock lock(shared_->mutex);
+    const auto store = opened();
+    return work(*store);
   }
 
-  [[nodiscard]] THandle<Source> source(const DatabaseEntryIdentifier& identifier, Prefetch prefetch) const {
-    auto plain = together([&](EntryStore& store) { return store.source(identifier, prefetch); });
-    return THandle<Source>(new LockedSource(shared_, plain));
+  // Its bytes are all there; each component is made of them when it is first wanted.
+  [[nodiscard]] THandle<CrystalStructureDeferredDatabaseEntry> entry(
+      const DatabaseEntryIdentifier& identifier, Prefetch prefetch) const {
+    const auto plain = together([&](EntryStore& store) { return store.source(identifier, prefetch); });
+    return THandle<CrystalStructureDeferredDatabaseEntry>(
+        new CrystalStructureDeferredDatabaseEntry(THandle<Source>(new LockedSource(shared_, plain))));
+  }
+
+  // Whether it is open or not.
+  template <class Work>
+  void locked(const Work& work) const {
+    const StoreLock lock(shared_->mutex);
+    work();
   }
 
   void close() {
-    const std::scoped_lock lock(shared_->mutex);
-    shared_->store.reset();
+    locked([&] { shared_->store.reset(); });
   }
-  [[nodiscard]] bool is_closed() const { return shared_->store == nullptr; }
+  [[nodiscard]] bool is_closed() const {
+    const StoreLock lock(shared_->mutex);
+    return shared_->store == nullptr;
+  }
 
  private:
-  [[nodiscard]] EntryStore& opened() const {
+  // Kept as long as it is used, whoever closes it meanwhile.
+  [[nodiscard]] std::shared_ptr<EntryStore> opened() const {
     if (shared_->store == nullptr) throw std::invalid_argument("the store is closed");
-    return *shared_->store;
+    return shared_->store;
   }
 
   std::shared_ptr<SharedStore> shared_;
+};
+
+// One state of a store, as long as it is open. It goes before its store.
+class Snapshot {
+ public:
+  explicit Snapshot(const Store& store)
+      : store_(store), snapshot_(store.apart([](EntryStore& s) { return s.snapshot(); })) {}
+  Snapshot(const Snapshot&) = delete;
+  Snapshot& operator=(const Snapshot&) = delete;
+  ~Snapshot() { close(); }
+
+  void close() {
+    if (snapshot_ == nullptr) return;
+    store_.locked([&] { snapshot_.reset(); });
+  }
+
+ private:
+  Store store_;
+  std::unique_ptr<EntrySnapshot> snapshot_;
 };
 
 py::object number_object(double count) {
@@ -102,22 +149,83 @@ py::object column_object(const T& value) {
   return Converter<T>::to(value);
 }
 
+// As a stub has it.
+template <class T>
+std::string column_type() {
+  return Converter<T>::name();
+}
+template <>
+std::string column_type<std::vector<ElementCount>>() {
+  return "Dict[str, float]";
+}
+template <>
+std::string column_type<std::vector<std::string>>() {
+  return "Tuple[str, ...]";
+}
+
 void bind_columns(py::module_& module) {
   py::class_<EntryColumns> columns(module, "EntryColumns", class_documentation("EntryColumns"));
   py::list names;
+  py::dict types;
   py::dict short_names;
   for_each_entry_column([&](const auto& column) {
     const auto member = column.member;
     const py::cpp_function get([member](const EntryColumns& self) { return column_object(self.*member); });
-    columns.def_property_readonly(column.sql_name, get);
+    const std::string type = column_type<typename std::remove_cvref_t<decltype(column)>::Type>();
+    columns.def_property_readonly(column.sql_name, get,
+                                  field_documentation("EntryColumns", column.sql_name, type).c_str());
     names.append(column.sql_name);
+    types[column.sql_name] = type;
     if (*column.short_name != '\0') short_names[column.short_name] = column.sql_name;
   });
   columns.attr("_names") = py::tuple(names);
+  columns.attr("_types") = types;
   columns.attr("_short_names") = short_names;
   module.def("_columns_of",
              [](const CrystalStructureDatabaseEntry& entry) { return entry_columns(entry, EntryOrigin{}); });
 }
+
+std::vector<std::string> texts_of(const std::vector<DatabaseEntryIdentifier>& identifiers) {
+  std::vector<std::string> texts;
+  texts.reserve(identifiers.size());
+  for (const DatabaseEntryIdentifier& identifier : identifiers) texts.push_back(identifier.text());
+  return texts;
+}
+
+// What a query found: identifiers at once, the columns of all when those of one are first wanted.
+class Selection {
+ public:
+  Selection(const Store& store, const EntryQuery& query, const SelectOptions& options)
+      : store_(store), query_(query), options_(options) {
+    identifiers_ = store_.apart([&](EntryStore& s) { return texts_of(s.select(query_, options_)); });
+  }
+
+  [[nodiscard]] const std::vector<std::string>& identifiers() const { return identifiers_; }
+
+  // Throws EntryNotFound for an entry that was removed before the columns were read.
+  const EntryColumns& columns(std::size_t position) {
+    const std::string& identifier = identifiers_.at(position);
+    if (!columns_) columns_ = store_.apart([&](EntryStore& s) { return s.select_columns(query_, options_); });
+    if (position < columns_->size() && (*columns_)[position].identifier == identifier)
+      return (*columns_)[position];
+    // Something was put or removed meanwhile; both lists are in the order of identifiers.
+    const auto is_before = [](const EntryColumns& one, const std::string& other) {
+      return one.identifier < other;
+    };
+    const auto found = std::lower_bound(columns_->begin(), columns_->end(), identifier, is_before);
+    if (found != columns_->end() && found->identifier == identifier) return *found;
+    const DatabaseEntryIdentifier name(identifier);
+    return later_[position] = store_.apart([&](EntryStore& s) { return s.columns(name); });
+  }
+
+ private:
+  Store store_;
+  EntryQuery query_;
+  SelectOptions options_;
+  std::vector<std::string> identifiers_;
+  std::optional<std::vector<EntryColumns>> columns_;
+  std::map<std::size_t, EntryColumns> later_;  // of entries that the query no longer finds
+};
 
 EntryQuery::Operator operator_of(const std::string& text) {
   using Operator = EntryQuery::Operator;
@@ -182,13 +290,6 @@ void bind_query(py::module_& module) {
       .attr("__hash__") = py::none();
 }
 
-std::vector<std::string> texts_of(const std::vector<DatabaseEntryIdentifier>& identifiers) {
-  std::vector<std::string> texts;
-  texts.reserve(identifiers.size());
-  for (const DatabaseEntryIdentifier& identifier : identifiers) texts.push_back(identifier.text());
-  return texts;
-}
-
 SelectOptions options_of(const py::object& after, const py::object& limit) {
   SelectOptions options;
   if (!after.is_none()) options.after = Converter<std::string>::from(after);
@@ -247,13 +348,18 @@ void bind_store(py::module_& module) {
   });
   store.def("is_read_only",
             [](const Store& self) { return self.together([](EntryStore& s) { return s.is_read_only(); }); });
-  store.def("entry", [](const Store& self, py::handle identifier) {
-    const auto name = identifier_of(identifier);
-    return self.apart([&](EntryStore& s) { return s.entry(name); });
+  store.def("entry", [](const Store& self, py::handle identifier, bool at_once) {
+    return self.entry(identifier_of(identifier), at_once ? Prefetch::all : Prefetch::none);
   });
-  store.def("source", [](const Store& self, py::handle identifier, bool all) {
-    return self.source(identifier_of(identifier), all ? Prefetch::all : Prefetch::none);
-  });
+  py::class_<Selection>(module, "_Selection")
+      .def(py::init(
+          [](const Store& self, const EntryQuery& query, const py::object& after, const py::object& limit) {
+            return std::make_unique<Selection>(self, query, options_of(after, limit));
+          }))
+      .def("identifiers",
+           [](const Selection& self) { return Converter<std::vector<std::string>>::to(self.identifiers()); })
+      .def("columns", &Selection::columns, py::return_value_policy::reference_internal);
+  py::class_<Snapshot>(module, "_Snapshot").def(py::init<const Store&>()).def("close", &Snapshot::close);
   store.def("contains", [](const Store& self, py::handle identifier) {
     const auto name = identifier_of(identifier);
     return self.apart([&](EntryStore& s) { return s.contains(name); });
@@ -267,14 +373,6 @@ void bind_store(py::module_& module) {
               const SelectOptions options = options_of(after, limit);
               return Converter<std::vector<std::string>>::to(
                   self.apart([&](EntryStore& s) { return texts_of(s.select(query, options)); }));
-            });
-  store.def("select_columns",
-            [](const Store& self, const EntryQuery& query, const py::object& after, const py::object& limit) {
-              const SelectOptions options = options_of(after, limit);
-              auto found = self.apart([&](EntryStore& s) { return s.select_columns(query, options); });
-              py::list rows(found.size());
-              for (std::size_t i = 0; i < found.size(); ++i) rows[i] = py::cast(std::move(found[i]));
-              return rows;
             });
   store.def("count", [](const Store& self, const EntryQuery& query) {
     return self.apart([&](EntryStore& s) { return s.count(query); });
@@ -291,10 +389,11 @@ void bind_store(py::module_& module) {
     for (const py::handle item : entries) {
       const auto row = py::reinterpret_borrow<py::tuple>(item);
       kept.push_back(row[0]);
-      const auto* const entry = py::cast<const CrystalStructureDatabaseEntry*>(kept.back());
-      if (entry == nullptr) throw_type_error("an entry", kept.back());
-      puts.push_back({entry, EntryOrigin{.file = Converter<std::string>::from(row[1]),
-                                         .block = Converter<std::string>::from(row[2])}});
+      py::detail::make_caster<CrystalStructureDatabaseEntry> entry;
+      if (kept.back().is_none() || !entry.load(kept.back(), false)) throw_type_error("an entry", kept.back());
+      puts.push_back({&py::detail::cast_op<CrystalStructureDatabaseEntry&>(entry),
+                      EntryOrigin{.file = Converter<std::string>::from(row[1]),
+                                  .block = Converter<std::string>::from(row[2])}});
     }
     const auto results = self.together([&](EntryStore& s) { return s.put_all(puts, rule_of(on_duplicate)); });
     py::list texts;

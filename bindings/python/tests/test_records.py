@@ -225,3 +225,13 @@ def test_equality_is_that_of_the_library():
     assert de.Publication() != "a publication"
     with pytest.raises(TypeError):
         hash(de.Publication())
+
+
+@pytest.mark.parametrize("where", [slice(1, 3), slice(None), slice(None, None, 2), slice(4, 0, -2), slice(-2, None),
+                                   slice(3, 1), slice(0, 99, 3), slice(None, None, -1)])
+def test_slices_are_deleted_as_from_a_list(where):
+    plain = ["a", "b", "c", "d", "e"]
+    texts = de.Texts(plain)
+    del texts[where]
+    del plain[where]
+    assert texts == plain

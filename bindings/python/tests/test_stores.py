@@ -1,5 +1,6 @@
 """Stores and queries, other packages, perception and pictures."""
 
+import copy
 import sys
 import threading
 import time
@@ -29,6 +30,21 @@ def test_a_row_has_columns_and_components(database):
     row = next(database.select("Ti,O,nelements=2"))
     assert row.nelements == 2 and row["formula"] == row.formula and row.identifier == row.id
     assert row.cell.a == pytest.approx(row.a) and row.publication is row.entry.publication
+
+
+def test_rows_are_of_the_entries_that_were_found(tmp_path, entry):
+    db = de.connect(tmp_path / "one.db", create=True)
+    for name in ("AAAAAA", "BBBBBB", "CCCCCC"):
+        entry.identifier = name
+        db.put(entry)
+    rows = list(db.select())
+    db.remove("AAAAAA")
+    assert [row.id for row in rows] == ["AAAAAA", "BBBBBB", "CCCCCC"]
+    assert rows[2].columns.identifier == "CCCCCC" and rows[1].formula == "O2 Ti"
+    with pytest.raises(de.EntryNotFound):
+        rows[0].formula
+    with pytest.raises(AttributeError):
+        rows[1].formule
 
 
 @pytest.mark.parametrize("conditions, text", [
@@ -83,6 +99,101 @@ def test_a_deferred_entry_of_a_store_reads_what_is_wanted(whole):
     db.put(whole)
     entry = db.deferred(whole.identifier)
     assert entry.publication is entry.publication and entry == whole
+
+
+def test_an_entry_that_was_got_is_as_it_was_then(whole):
+    db = de.connect("memory:")
+    db.put(whole)
+    entry = db.get(whole.identifier)
+    whole.publication.year += 1
+    assert db.put(whole) == "replaced"
+    assert entry.publication.year == whole.publication.year - 1 and entry.crystal_maker == whole.crystal_maker
+
+
+def test_an_entry_is_got_changed_and_put(tmp_path, whole):
+    db = de.connect(tmp_path / "one.db", create=True)
+    db.put(whole)
+    entry = db[whole.identifier]
+    entry.publication.year = 2001
+    assert db.put(entry) == "replaced" and db.put(db.deferred(whole.identifier)) == "unchanged"
+    assert db.get(whole.identifier) == entry and entry.crystal_info == whole.crystal_info
+
+
+def test_a_shallow_copy_of_an_entry_that_was_got_shares_its_components(whole):
+    db = de.connect("memory:")
+    db.put(whole)
+    entry = db.get(whole.identifier)
+    copied = copy.copy(entry)
+    assert isinstance(copied, de.Entry) and copied == whole and copied.publication is entry.publication
+    assert entry.to_bytes() == whole.to_bytes()
+
+
+def test_within_a_snapshot_nothing_changes(tmp_path, entry):
+    db = de.connect(tmp_path / "one.db", create=True)
+    db.put(entry)
+    with db.snapshot():
+        de.connect(tmp_path / "one.db").remove(entry.identifier)
+        assert db.count() == 1 and db.get(entry.identifier) == entry
+    assert db.count() == 0
+
+
+def test_a_snapshot_may_end_after_its_store_is_closed(tmp_path, entry):
+    db = de.connect(tmp_path / "one.db", create=True)
+    with db.snapshot():
+        db.close()
+    with pytest.raises(de.Error, match="closed"):
+        with db.snapshot():
+            pass
+
+
+def test_a_source_may_use_the_store_that_its_entry_is_put_into(whole):
+    db = de.connect("memory:")
+
+    class Source(de.DataSource):
+        def identifier(self):
+            return "SELFIE"
+
+        def publication(self):
+            return de.Publication(volume=str(db.count()))
+
+    assert db.put(de.DeferredEntry(Source())) == "added"
+    assert db.get("SELFIE").publication.volume == "0"
+
+
+def test_a_source_may_close_the_store_that_its_entry_is_put_into():
+    db = de.connect("memory:")
+
+    class Source(de.DataSource):
+        def identifier(self):
+            return "CLOSER"
+
+        def publication(self):
+            db.close()
+
+    assert db.put(de.DeferredEntry(Source())) == "added"
+    with pytest.raises(de.Error, match="closed"):
+        db.count()
+
+
+def test_threads_may_read_what_they_got_from_one_store(database):
+    wanted = database.identifiers(limit=40)
+    failures = []
+
+    def work():
+        try:
+            for name in wanted:
+                entry = database.get(name)
+                assert database.count("O") > 0
+                assert entry.publication is entry.publication and entry.cell == database.deferred(name).cell
+        except BaseException as error:
+            failures.append(error)
+
+    threads = [threading.Thread(target=work) for _ in range(4)]
+    for thread in threads:
+        thread.start()
+    for thread in threads:
+        thread.join()
+    assert not failures
 
 
 def test_a_closed_store_says_so(whole):
