@@ -14,24 +14,28 @@ Components are shared: `entry.publication is entry.publication`, and what is ass
 Entries belong to one thread at a time. Failures are de.Error and its kinds.
 """
 
-from . import errors, values  # before the extension, which uses them
+from . import errors as errors, values as values  # before the extension, which uses them
 from . import documentation as _documentation
-from . import _database_entry
 from . import records as _records
-from .archives import Archive, ArchiveWriter, open
-from .convert import frame, from_ase, from_gemmi, to_ase, to_gemmi
+from ._database_entry import *
+from ._database_entry import (
+    CrystalStructureDatabaseEntryDataSource, CrystalStructureDeferredDatabaseEntry,
+    CrystalStructureImmediateDatabaseEntry)
+from .archives import Archive as Archive, ArchiveWriter as ArchiveWriter, open as open
+from .convert import (
+    frame as frame, from_ase as from_ase, from_gemmi as from_gemmi, to_ase as to_ase, to_gemmi as to_gemmi)
 from .errors import *
-from .exchange import (Entries, ImportResult, parse_cif, parse_json, read_cif, read_json, write_cif, write_json,
-                       write_xyz)
-from .perception import Finding, PerceptionReport, check, perceive, picture, save_picture
-from .stores import Database, Row, connect, query
-from .values import DatabaseEntryIdentifier
+from .exchange import (
+    Entries as Entries, ImportResult as ImportResult, parse_cif as parse_cif, parse_json as parse_json,
+    read_cif as read_cif, read_json as read_json, write_cif as write_cif, write_json as write_json,
+    write_xyz as write_xyz)
+from .perception import (
+    Finding as Finding, PerceptionReport as PerceptionReport, check as check, perceive as perceive,
+    picture as picture, save_picture as save_picture)
+from .stores import Database as Database, Row as Row, connect as connect, query as query
+from .values import DatabaseEntryIdentifier as DatabaseEntryIdentifier
 
 _records.prepare()
-for _name, _value in vars(_database_entry).items():
-    if not _name.startswith("_"):
-        globals()[_name] = _value
-del _name, _value
 
 # Shorter names for what is written often.
 Entry = CrystalStructureImmediateDatabaseEntry

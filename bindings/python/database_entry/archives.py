@@ -1,31 +1,38 @@
 """Stored archives: entries one after the other in a file."""
 
+from __future__ import annotations
+
 import collections.abc
 import os
+from types import TracebackType
+from typing import Any, Dict, Iterable, Iterator, List, Literal, Optional, Type, Union, overload
 
 from . import _database_entry as _c
-from .files import make_part
+from .files import Path, make_part
 from .values import DatabaseEntryIdentifier
 
 _BATCH = 256
 
 
-class Archive(collections.abc.Sequence):
+Entry = _c.CrystalStructureImmediateDatabaseEntry
+
+
+class Archive(collections.abc.Sequence[Entry]):
     """The entries of a stored archive, in their order: ``archive[3]``, ``archive[-2:]``, ``archive["ABCDEF01"]``.
 
     Entries are read when they are asked for, each time anew. The first question for the length or for an
     identifier reads the file once; after that both are known.
     """
 
-    def __init__(self, path):
+    def __init__(self, path: Path) -> None:
         self.path = os.fspath(path)
         self._reader = _c._ArchiveReader(path)
-        self._positions = None
+        self._positions: Optional[Dict[str, int]] = None
 
-    def __len__(self):
+    def __len__(self) -> int:
         return self._reader.size()
 
-    def __iter__(self):
+    def __iter__(self) -> Iterator[Entry]:
         first = 0
         count = 8
         while True:
@@ -36,7 +43,11 @@ class Archive(collections.abc.Sequence):
             first += count
             count = _BATCH
 
-    def __getitem__(self, wanted):
+    @overload
+    def __getitem__(self, wanted: Union[int, str]) -> Entry: ...
+    @overload
+    def __getitem__(self, wanted: slice) -> List[Entry]: ...
+    def __getitem__(self, wanted: Union[int, str, slice]) -> Union[Entry, List[Entry]]:
         if isinstance(wanted, slice):
             start, stop, step = wanted.indices(len(self))
             if step == 1:
@@ -51,26 +62,26 @@ class Archive(collections.abc.Sequence):
                 raise IndexError(f"entry {wanted} of {len(self)}")
         return self._reader.entry(position)
 
-    def __contains__(self, identifier):
+    def __contains__(self, identifier: object) -> bool:
         return identifier in self._index()
 
-    def get(self, identifier, default=None):
+    def get(self, identifier: str, default: Any = None) -> Any:
         """The entry of an identifier, or the default."""
-        return self[identifier] if identifier in self else default
+        return self[identifier] if identifier in self._index() else default
 
-    def identifiers(self):
+    def identifiers(self) -> List[DatabaseEntryIdentifier]:
         """All identifiers, in the order of the archive."""
         return [DatabaseEntryIdentifier(text) for text in self._reader.identifiers()]
 
-    def _index(self):
+    def _index(self) -> Dict[str, int]:
         if self._positions is None:
-            positions = {}
+            positions: Dict[str, int] = {}
             for position, identifier in enumerate(self._reader.identifiers()):
                 positions.setdefault(identifier, position)
             self._positions = positions
         return self._positions
 
-    def _position(self, identifier):
+    def _position(self, identifier: str) -> int:
         try:
             return self._index()[identifier]
         except KeyError:
@@ -80,22 +91,22 @@ class Archive(collections.abc.Sequence):
             error.store, error.entry = str(self.path), str(identifier)
             raise error from None
 
-    def close(self):
+    def close(self) -> None:
         """Closes the file; entries that were read stay."""
         self._reader.close()
 
     @property
-    def closed(self):
+    def closed(self) -> bool:
         """Whether the file is closed."""
         return self._reader.closed
 
-    def __enter__(self):
+    def __enter__(self) -> Archive:
         return self
 
-    def __exit__(self, *exception):
+    def __exit__(self, *exception: object) -> None:
         self.close()
 
-    def __repr__(self):
+    def __repr__(self) -> str:
         return f"<Archive {str(self.path)!r}{', closed' if self.closed else ''}>"
 
 
@@ -103,7 +114,7 @@ class ArchiveWriter:
     """A stored archive that is being written. It gets its name when it is closed; where a ``with`` block ends in
     an exception, nothing is left of it."""
 
-    def __init__(self, path, append=False):
+    def __init__(self, path: Path, append: bool = False) -> None:
         self.path = os.fspath(path)
         self._part = make_part(self.path)
         self.count = 0
@@ -112,12 +123,12 @@ class ArchiveWriter:
                 with open_file(self.path, "rb") as old, open_file(self._part, "wb") as new:
                     while block := old.read(1 << 20):
                         new.write(block)
-            self._writer = _c._ArchiveWriter(self._part, "ab")
+            self._writer: Optional[_c._ArchiveWriter] = _c._ArchiveWriter(self._part, "ab")
         except BaseException:
             os.unlink(self._part)
             raise
 
-    def append(self, entry):
+    def append(self, entry: _c.CrystalStructureDatabaseEntry) -> None:
         """Writes an entry. All ten archived components must be there; otherwise nothing of it is written."""
         if self._writer is None:
             raise ValueError("the archive is closed")
@@ -126,12 +137,12 @@ class ArchiveWriter:
 
     write = append
 
-    def extend(self, entries):
+    def extend(self, entries: Iterable[_c.CrystalStructureDatabaseEntry]) -> None:
         """Writes many entries."""
         for entry in entries:
             self.append(entry)
 
-    def close(self):
+    def close(self) -> None:
         """Finishes the file and gives it its name."""
         if self._writer is None:
             return
@@ -144,7 +155,7 @@ class ArchiveWriter:
                 os.unlink(self._part)
             raise
 
-    def discard(self):
+    def discard(self) -> None:
         """Closes without a trace; a file of that name stays as it was."""
         if self._writer is not None:
             writer, self._writer = self._writer, None
@@ -153,27 +164,34 @@ class ArchiveWriter:
             finally:
                 os.unlink(self._part)
 
-    def __enter__(self):
+    def __enter__(self) -> ArchiveWriter:
         return self
 
-    def __exit__(self, kind, error, trace):
+    def __exit__(self, kind: Optional[Type[BaseException]], error: Optional[BaseException],
+                 trace: Optional[TracebackType]) -> None:
         if kind is None:
             self.close()
         else:
             self.discard()
 
-    def __del__(self):
+    def __del__(self) -> None:
         if getattr(self, "_writer", None) is not None:
             self.discard()
 
-    def __repr__(self):
+    def __repr__(self) -> str:
         return f"<ArchiveWriter {str(self.path)!r}: {self.count} entries>"
 
 
 open_file = open
 
 
-def open(path, mode="r"):
+@overload
+def open(path: Path) -> Archive: ...
+@overload
+def open(path: Path, mode: Literal["r"]) -> Archive: ...
+@overload
+def open(path: Path, mode: Literal["w", "x", "a"]) -> ArchiveWriter: ...
+def open(path: Path, mode: str = "r") -> Union[Archive, ArchiveWriter]:
     """Opens a stored archive: "r" to read it, "w" to write a new one, "x" unless it is there, "a" to add to it.
 
     >>> with de.open("new.dbe", "w") as archive:

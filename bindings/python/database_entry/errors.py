@@ -1,5 +1,9 @@
 """What goes wrong, as exceptions. All of them are de.Error, and what Python calls such a failure as well."""
 
+from __future__ import annotations
+
+from typing import Any, Tuple
+
 
 class Error(Exception):
     """Any failure of the library. The text names the file, the entry and the field, as far as they are known."""
@@ -26,7 +30,7 @@ class ReadError(Error, ValueError):
     line = 0
     column = 0
     hint = ""
-    entries: tuple = ()
+    entries: Tuple[Any, ...] = ()
 
 
 class CifError(ReadError):

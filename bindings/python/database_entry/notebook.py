@@ -1,12 +1,15 @@
 """What a notebook shows of an entry: its picture and a table."""
 
+from __future__ import annotations
+
 import html
+from typing import Any, Iterator, Tuple
 
 from . import _database_entry as _c
 from .errors import Error
 
 
-def _picture(entry):
+def _picture(entry: _c.CrystalStructureDatabaseEntry) -> str:
     for kind in ("diagram", "cell"):
         if kind == "diagram" and not (entry.chemical_diagram and entry.chemical_diagram.atoms):
             continue
@@ -18,7 +21,7 @@ def _picture(entry):
     return ""
 
 
-def _rows(entry):
+def _rows(entry: _c.CrystalStructureDatabaseEntry) -> Iterator[Tuple[str, str]]:
     chemical, publication, cell = entry.chemical_info, entry.publication, entry.cell
     if chemical is not None:
         yield "formula", chemical.formula
@@ -35,7 +38,7 @@ def _rows(entry):
         yield "atoms", str(len(maker.atoms))
 
 
-def entry_html(entry):
+def entry_html(entry: _c.CrystalStructureDatabaseEntry) -> str:
     """The picture, where one can be drawn, beside a table of what is known."""
     rows = "".join(
         f"<tr><th style='text-align:left'>{name}</th><td>{html.escape(text)}</td></tr>"
@@ -44,7 +47,7 @@ def entry_html(entry):
             f"<div style='display:flex;gap:1em'><div>{_picture(entry)}</div><table>{rows}</table></div></div>")
 
 
-def record_html(record):
+def record_html(record: Any) -> str:
     """A table of the fields that say something."""
     from .records import _is_blank, _shown
 

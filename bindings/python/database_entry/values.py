@@ -1,7 +1,10 @@
 """Values that Python has a good form of already: identifiers are str, enumerations are enum.IntEnum."""
 
+from __future__ import annotations
+
 import datetime
 import enum
+from typing import Any, Sequence, Tuple
 
 
 class DatabaseEntryIdentifier(str):
@@ -10,11 +13,11 @@ class DatabaseEntryIdentifier(str):
     __slots__ = ()
 
     @property
-    def text(self):
+    def text(self) -> str:
         """The identifier as a plain str."""
         return str.__str__(self)
 
-    def __repr__(self):
+    def __repr__(self) -> str:
         return f"DatabaseEntryIdentifier({str.__repr__(self)})"
 
     __str__ = str.__str__
@@ -24,14 +27,19 @@ class Enumeration(enum.IntEnum):
     """An enumeration of the library. `text` is how the library writes a member; a member is found by its
     number, or by its text: ``ExperimentalInfo.RadiationProbe("neutron")``."""
 
-    def __new__(cls, value, text):
-        member = int.__new__(cls, value)
+    def __new__(cls, value: int, text: str) -> Enumeration:
+        member: Any = int.__new__(cls, value)
         member._value_ = value
-        member.text = text
-        return member
+        member._text = text
+        return member  # type: ignore[no-any-return]
+
+    @property
+    def text(self) -> str:
+        """As the library writes it."""
+        return str(getattr(self, "_text"))
 
     @classmethod
-    def _missing_(cls, value):
+    def _missing_(cls, value: object) -> Any:
         for member in cls:
             if value == member.text or value == member.name:
                 return member
@@ -40,15 +48,16 @@ class Enumeration(enum.IntEnum):
     __str__ = enum.Enum.__str__
 
 
-def make_enumeration(name, qualified_name, rows):
+def make_enumeration(name: str, qualified_name: str, rows: Sequence[Tuple[str, Tuple[int, str]]]) -> Any:
     """The class with these (name, (value, text)); called by the extension."""
-    made = Enumeration(name, rows, module="database_entry", qualname=qualified_name)
+    functional: Any = Enumeration
+    made = functional(name, rows, module="database_entry", qualname=qualified_name)
     texts = ", ".join(f"{member.name} = {int(member)} ({member.text})" for member in made)
     made.__doc__ = f"An enum.IntEnum: {texts}."
     return made
 
 
-def date_from(value, date_type):
+def date_from(value: object, date_type: Any) -> Any:
     """A Date from datetime.date or "2003-05-17"."""
     if isinstance(value, datetime.date):
         return date_type(value.year, value.month, value.day)
