@@ -5,6 +5,7 @@
 #include <perception/picture.h>
 
 #include <ostream>
+#include <stdexcept>
 
 #include "tools/commands/commands.h"
 #include "tools/files/atomic_file.h"
@@ -42,6 +43,10 @@ PictureOptions picture_options(const PictureCommandOptions& options) {
     throw ToolError(ExitCode::usage, fmt::format("picture: {}", error.what()));
   }
   asked.labels = options.labels;
+  for (const int size : {options.width, options.height})
+    if (size < 16 || size > 20000)
+      throw ToolError(ExitCode::usage,
+                      fmt::format("picture: --width and --height are from 16 to 20,000, not {}", size));
   asked.width = options.width;
   asked.height = options.height;
   return asked;
@@ -68,13 +73,14 @@ ExitCode picture_command(const PictureCommandOptions& options, Terminal& termina
   Picture picture;
   try {
     picture = is_sheet ? draw_sheet(entries, asked, options.columns) : draw_picture(*entries.front(), asked);
-  } catch (const PerceptionError& error) {
-    throw ToolError(ExitCode::problems, fmt::format("{}: {}", options.collection, error.what()));
+  } catch (const std::invalid_argument& error) {  // of perception, or of the lattice
+    const std::string entry = is_sheet ? "" : entries.front()->identifier().text() + ": ";
+    throw ToolError(ExitCode::problems, fmt::format("{}: {}{}", options.collection, entry, error.what()));
   }
   AtomicFile file(options.output);
   file.write(picture.bytes);
   file.commit();
   fmt::print(options.output == "-" ? terminal.messages : terminal.out, "{} {}, {} atoms and {} bonds drawn\n",
              entries.size(), entries.size() == 1 ? "entry" : "entries", picture.atoms, picture.bonds);
-  return ExitCode::done;
+  return picture.atoms == 0 ? ExitCode::problems : ExitCode::done;
 }

@@ -146,6 +146,18 @@ TEST_F(Collections, AreCheckedWithOneWhereSomethingWasFound) {
   EXPECT_EQ(run({"check", store, "salt"}).code, 0);
 }
 
+TEST_F(Collections, AreNotDrawnInASizeThatIsNone) {
+  const Outcome result = run({"picture", archive, "salt", "-o", folder.file("a.svg"), "--width", "5"});
+  EXPECT_EQ(result.code, 2);
+  EXPECT_THAT(result.messages, HasSubstr("--width and --height are from 16 to 20,000, not 5"));
+}
+
+TEST_F(Collections, AreNotDrawnWhereThereIsNoDiagramAndTheEntryIsNamed) {
+  const Outcome result = run({"picture", archive, "salt", "--diagram", "-o", folder.file("a.svg")});
+  EXPECT_EQ(result.code, 1);
+  EXPECT_THAT(result.messages, HasSubstr(": salt: There is no diagram: "));
+}
+
 TEST_F(Collections, AreDrawn) {
   const std::vector<std::pair<std::string, FileKind>> pictures = {
       {"a.svg", FileKind::svg}, {"a.png", FileKind::png}, {"a.pdf", FileKind::pdf}};
