@@ -231,14 +231,20 @@ long long determinant(const LatticeVector& u, const LatticeVector& v, const Latt
 bool has_basis_like(const CellGeometry& lattice, const CellGeometry& wanted_cell, const Limits& lengths,
                     double angle_tolerance) {
   const std::array<double, 6>& wanted = wanted_cell.parameters();
+  std::array<Limits, 3> cosines;
+  for (std::size_t i = 0; i < 3; ++i) cosines[i] = cosine_limits(wanted[i + 3], angle_tolerance);
+  // Every basis has the volume of the lattice. One of a quite other volume has vectors by the thousand.
+  const Limits flatness = flatness_limits(cosines);
+  const double edges = wanted[0] * wanted[1] * wanted[2];
+  constexpr double slack = 1e-6;
+  if (lattice.volume() < edges * std::pow(lengths.lower, 3) * flatness.lower * (1.0 - slack)) return false;
+  if (lattice.volume() > edges * std::pow(lengths.upper, 3) * flatness.upper * (1.0 + slack)) return false;
   std::array<std::vector<LatticeVector>, 3> candidates;
   for (std::size_t i = 0; i < 3; ++i) {
     candidates[i] = vectors_within(lattice, {wanted[i] * lengths.lower * (1.0 - rounding),
                                              wanted[i] * lengths.upper * (1.0 + rounding)});
     if (candidates[i].empty()) return false;
   }
-  std::array<Limits, 3> cosines;
-  for (std::size_t i = 0; i < 3; ++i) cosines[i] = cosine_limits(wanted[i + 3], angle_tolerance);
   const auto agree = [&](const LatticeVector& u, const LatticeVector& v, std::size_t angle) {
     const double cosine = dot(u.end, v.end) / (u.length * v.length);
     return cosine >= cosines[angle].lower && cosine <= cosines[angle].upper;

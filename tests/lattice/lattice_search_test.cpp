@@ -183,4 +183,11 @@ TEST(LatticeSearch, RefusesAToleranceThatIsNone) {
     EXPECT_THROW(LatticeSearch(geometry({5, 6, 7, 90, 90, 90}), percent), LatticeError);
 }
 
+// Found by the fuzzers of both query languages: each took minutes.
+TEST(LatticeSearch, TakesNoTimeForALatticeOfQuiteAnotherVolume) {
+  const ReducedCell rutile(CellGeometry(4.594, 4.594, 2.959, 90, 90, 90));
+  EXPECT_FALSE(LatticeSearch(CellGeometry(0.6, 0.357, 4, 15, 90, 90), 15.0, 'F').finds(rutile));
+  EXPECT_FALSE(LatticeSearch(CellGeometry(0.5, 2.6, 2.9, 90, 90, 1), 9.0).finds(rutile));
+}
+
 }  // namespace
