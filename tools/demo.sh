@@ -80,6 +80,38 @@ started=$(now)
 "$dbentry" show "$archive" >"$folder/summaries"
 show_time=$(milliseconds_since "$started")
 
+# Asks, says how long that took, and leaves the answer in $answer.
+ask() {
+  local begun
+  begun=$(now)
+  answer=$("$dbentry" "$@") || fail "dbentry $* failed"
+  printf '%-90s %5d ms\n' "dbentry ${*/"$folder"\//}" "$(milliseconds_since "$begun")"
+}
+
+store=$folder/structures.db
+heading "dbentry init, dbentry import --into: a store of the same files"
+"$dbentry" init "$store"
+started=$(now)
+code=0
+"$dbentry" import "$crystals" --into "$store" 2>/dev/null || code=$?
+store_import_time=$(milliseconds_since "$started")
+[ "$code" = 1 ] || fail "import --into ended with $code, not with 1 (done with problems)"
+
+heading "dbentry find: by elements and years, with the standard's filter, and by a cell in another setting"
+ask find "$store" "Ti,O,year=1950..1990" -c identifier,formula,year,journal -f table
+echo "$answer"
+[ "$(wc -l <<<"$answer")" -gt 1 ] || fail "no oxide of titanium was found"
+ask find "$store" --filter 'elements HAS ALL "Ti","O" AND nelements=2' --count
+[ "$answer" = 3 ] || fail "$answer oxides of titanium alone instead of 3"
+echo "$answer"
+ask find "$store" --cell 2.958,4.594,4.594,90,90,90 -c identifier,formula,a,b,c -f table
+echo "$answer"
+grep -q '^C9009083 ' <<<"$answer" || fail "rutile was not found by its cell"
+
+heading "dbentry depositions: one component of one entry is fetched"
+ask depositions "$store" C2102946
+echo "$answer"
+
 bytes=$(wc -c <"$archive")
 cif_bytes=$(find "$crystals" -name '*.cif' -print0 | xargs -0 cat | wc -c)
 atoms=$("$dbentry" list "$archive" -c atoms -f text | awk '{ sum += $1 } END { print sum }')
@@ -90,4 +122,5 @@ printf '%-34s %12s\n' \
   "warnings" "$warnings" "atoms" "$atoms" "symmetry operators" "$operators" \
   "bytes of CIF" "$cif_bytes" "bytes of the archive" "$bytes" "bytes an entry" $((bytes / entries)) \
   "import, ms" "$import_time" "read, rewrite and compare, ms" "$verify_time" \
-  "read and print all summaries, ms" "$show_time"
+  "read and print all summaries, ms" "$show_time" \
+  "bytes of the store" "$(wc -c <"$store")" "import into the store, ms" "$store_import_time"
