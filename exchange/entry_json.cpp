@@ -39,6 +39,7 @@ JsonEntry entry_from_json(const Json& json) {
   reader.expect(json.is_object(), "an object is expected");
   std::string identifier;
   reader.member(json, "identifier", identifier);
+  reader.set_entry(identifier);
   std::vector<std::string_view> names = {"identifier"};
   ComponentHandles handles;
   for_each_component([&](auto component) {

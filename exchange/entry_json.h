@@ -30,7 +30,8 @@ struct JsonEntry {
   std::vector<std::string> unknown;
 };
 
-// A value of the wrong kind; the text names the field, as in "crystal_info.z: a number is expected".
+// A value of the wrong kind; the text names the entry, the field and what may be there, as in
+// "entry ABCDEF: crystal_info.z: a number is expected".
 class EXCHANGE_EXPORT JsonEntryError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

@@ -105,8 +105,10 @@ ImportResult JsonReader::result_of(std::string_view value) const {
     for (const std::string& name : read.unknown) result.warnings.push_back({line_, "unknown name " + name});
     const DatabaseEntryIdentifier identifier = result.entry->identifier();
     result.identifier = identifier.text();
-    const bool is_named = options_.identifier_from != ReaderOptions::file && !result.identifier.empty();
-    if (!is_named) {
+    // An archive may hold an entry whose name is empty.
+    const bool has_name =
+        std::find(result.absent.begin(), result.absent.end(), "identifier") == result.absent.end();
+    if (!has_name || options_.identifier_from == ReaderOptions::file) {
       result.identifier = options_.file_stem;
       result.entry->set_identifier(DatabaseEntryIdentifier(result.identifier));
     }

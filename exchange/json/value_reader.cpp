@@ -1,13 +1,34 @@
 #include "exchange/json/value_reader.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <unordered_set>
 
 using Json = nlohmann::ordered_json;
 
+namespace {
+
+// "nan:fff8000000000000"; false for any other text.
+bool read_nan_bits(const std::string& text, double& value) {
+  constexpr std::string_view mark = "nan:";
+  constexpr std::size_t digits = 16;
+  if (text.size() != mark.size() + digits || text.compare(0, mark.size(), mark) != 0) return false;
+  std::uint64_t bits = 0;
+  const char* const end = text.data() + text.size();
+  const auto [after, error] = std::from_chars(text.data() + mark.size(), end, bits, 16);
+  if (error != std::errc() || after != end || !std::isnan(std::bit_cast<double>(bits))) return false;
+  value = std::bit_cast<double>(bits);
+  return true;
+}
+
+}  // namespace
+
 void ValueReader::fail(const std::string& what) const {
-  throw JsonEntryError(place_.empty() ? what : place_ + ": " + what);
+  const std::string entry = entry_.empty() ? "" : "entry " + entry_ + ": ";
+  throw JsonEntryError(entry + (place_.empty() ? what : place_ + ": " + what));
 }
 
 void ValueReader::note_unknown(const Json& object, std::initializer_list<std::string_view> known) {
@@ -37,6 +58,8 @@ void ValueReader::read(const Json& json, int& value) {
 void ValueReader::read(const Json& json, double& value) {
   if (json == "nan") {
     value = std::numeric_limits<double>::quiet_NaN();
+  } else if (json.is_string() && read_nan_bits(json.get_ref<const std::string&>(), value)) {
+    return;
   } else if (json == "inf" || json == "-inf") {
     value = json == "inf" ? HUGE_VAL : -HUGE_VAL;
   } else {
@@ -48,8 +71,15 @@ void ValueReader::read(const Json& json, double& value) {
 void ValueReader::read(const Json& json, std::string& text) {
   if (json.is_string()) {
     text = json.get<std::string>();
-    return;
+  } else {
+    read_latin_1(json, text);
   }
+  const std::size_t nul = text.find('\0');
+  if (nul != std::string::npos)
+    fail("any character but \\u0000 is expected, which byte " + std::to_string(nul) + " of the text is");
+}
+
+void ValueReader::read_latin_1(const Json& json, std::string& text) const {
   const bool is_latin_1 =
       json.is_object() && json.size() == 1 && json.contains("latin1") && json["latin1"].is_string();
   expect(is_latin_1, "a text is expected");
@@ -107,18 +137,20 @@ void ValueReader::read(const Json& json, CrystalSymmetryOperator& symmetry_opera
 }
 
 void ValueReader::read(const Json& json, ChemicalClassification& classification) {
-  if (json.is_string()) {
-    for (int value = ChemicalClassification::none; value <= ChemicalClassification::high_polymer; ++value) {
-      const ChemicalClassification known(static_cast<ChemicalClassification::Classifier>(value));
-      if (known.str() != json.get_ref<const std::string&>()) continue;
-      classification = known;
-      return;
-    }
-    fail("'" + json.get<std::string>() + "' is no class of compounds");
+  std::vector<std::pair<int, std::string>> members;
+  for (int value = ChemicalClassification::carbohydrate; value <= ChemicalClassification::high_polymer;
+       ++value) {
+    const ChemicalClassification known(static_cast<ChemicalClassification::Classifier>(value));
+    members.emplace_back(value, known.str());
   }
-  int value = 0;
-  read(json, value);
-  classification = ChemicalClassification(static_cast<ChemicalClassification::Classifier>(value));
+  int number = ChemicalClassification::none;
+  if (!json.is_string()) read(json, number);
+  for (const auto& [value, text] : members) {
+    if (json.is_string() ? text != json.get_ref<const std::string&>() : value != number) continue;
+    classification = ChemicalClassification(static_cast<ChemicalClassification::Classifier>(value));
+    return;
+  }
+  fail_as_no_member(json.is_string() ? "'" + json.get<std::string>() + "'" : std::to_string(number), members);
 }
 
 void ValueReader::read(const Json& json, Journal& journal) {
@@ -166,7 +198,7 @@ void ValueReader::read(const Json& json, Cell& cell) {
   THandle<std::vector<CrystalSymmetryOperator>> operators(new std::vector<CrystalSymmetryOperator>);
   const char* const names[] = {"a", "b", "c", "alpha", "beta", "gamma"};
   for (std::size_t i = 0; i < std::size(names); ++i) member(json, names[i], numbers[i]);
-  member(json, "symmetry_operators", operators);
+  member(json, "symmetry_operators", *operators);
   note_unknown(json, {"a", "b", "c", "alpha", "beta", "gamma", "volume", "symmetry_operators"});
   cell = Cell(numbers[0], numbers[1], numbers[2], numbers[3], numbers[4], numbers[5], operators);
 }
@@ -190,6 +222,7 @@ void ValueReader::read(const Json& json, CrystalMaker& crystal) {
   List<Atom> atoms;
   member(json, "atoms", atoms);
   note_unknown(json, {"cell", "atoms"});
+  require_each(atoms, "atoms", "an atom is expected");
   list_of<Atom>() = atoms;
   crystal = CrystalMaker(cell, atoms);
 }
@@ -197,7 +230,25 @@ void ValueReader::read(const Json& json, CrystalMaker& crystal) {
 void ValueReader::read(const Json& json, ConnectivityInfo& info) {
   const THandle<Connectivity> connectivity(new Connectivity);
   read_graph(json, *connectivity);
+  require_each(connectivity->atoms, "atoms", "an atom is expected");
+  require_each(connectivity->bonds, "bonds", "a bond is expected");
+  require_ends_in_list(*connectivity);
   info = ConnectivityInfo(connectivity);
+}
+
+// A bond of a connectivity is between two of its atoms.
+void ValueReader::require_ends_in_list(const Connectivity& connectivity) {
+  std::unordered_set<const ConnectivityAtom*> atoms;
+  for (const auto& atom : connectivity.atoms) atoms.insert(atom.get());
+  const Step list(*this, "bonds");
+  for (std::size_t position = 0; position < connectivity.bonds.size(); ++position) {
+    const ConnectivityBond& bond = *connectivity.bonds[position];
+    const Step step(*this, position);
+    for (const auto& [name, atom] : {std::pair("first", bond.first), std::pair("second", bond.second)}) {
+      const Step end(*this, name);
+      expect(atoms.count(atom.get()) != 0, "the position of an atom is expected");
+    }
+  }
 }
 
 void ValueReader::read(const Json& json, ChemicalDiagram& diagram) {
@@ -212,11 +263,8 @@ void ValueReader::read(const Json& json, CrossReferenceInfo& info) {
     member(element, "type", type);
     member(element, "text", text);
     note_unknown(element, {"type", "text", "identifiers"});
-    try {
-      info.insert(DatabaseCrossReference(type, text));
-    } catch (const std::invalid_argument& error) {
-      fail(error.what());
-    }
+    expect(type != DatabaseCrossReference::unknown, "a type is expected");
+    info.insert(DatabaseCrossReference(type, text));
   });
 }
 
@@ -230,15 +278,11 @@ void ValueReader::read(const Json& json, DepositionInfo& info) {
     member(element, "text", text);
     note_unknown(element, {"kind", "text", "numbers"});
   });
-  try {
-    // As an archive has them: their order is part of the record.
-    rebuild_from(info, [&](Archive& archive) {
-      archive << static_cast<int>(depositions.size());
-      for (const auto& deposition : depositions) archive << deposition;
-    });
-  } catch (const std::invalid_argument& error) {
-    fail(error.what());
-  }
+  // As an archive has them: their order is part of the record.
+  rebuild_from(info, [&](Archive& archive) {
+    archive << static_cast<int>(depositions.size());
+    for (const auto& deposition : depositions) archive << deposition;
+  });
 }
 
 void ValueReader::read(const Json& json, DisorderSelector& selector) {

@@ -4,6 +4,7 @@
 
 #include <exchange/entry_json.h>
 
+#include <algorithm>
 #include <initializer_list>
 #include <limits>
 #include <string>
@@ -15,6 +16,12 @@
 
 #include "exchange/json/value_writer.h"
 #include "exchange/rebuild.h"
+
+// Enumerations of which archives hold any number; of the others they hold members only.
+template <class E>
+inline constexpr bool may_hold_any_number =
+    std::is_same_v<E, EditorsInfo::AuthorCorrespondence> || std::is_same_v<E, EditorsInfo::IgnoredErrors> ||
+    std::is_same_v<E, RangeLimit::LimitCondition> || std::is_same_v<E, BondType>;
 
 class ValueReader {
  public:
@@ -58,25 +65,30 @@ class ValueReader {
   void read(const Json& json, DisorderSelector& selector);
   void read(const Json& json, PublishedGeometry& geometry);
 
-  // A text of the enumeration, or any of its numbers.
+  // A text of the enumeration or the number of one, or any number where an archive holds any.
   template <class E>
   requires std::is_enum_v<E>
   void read(const Json& json, E& value) {
-    if constexpr (!std::is_null_pointer_v<std::remove_const_t<decltype(enum_texts<E>)>>) {
-      if (json.is_string()) {
-        const auto texts = enum_texts<E>();
-        for (const auto& [known, text] : *texts) {
-          if (text == json.get_ref<const std::string&>()) {
-            value = known;
-            return;
-          }
-        }
-        fail("'" + json.get<std::string>() + "' is none of its texts");
+    if constexpr (has_texts<E>) {
+      const std::vector<std::pair<E, std::string>> members = members_of<E>();
+      for (const auto& [known, text] : members) {
+        if (!json.is_string() || text != json.get_ref<const std::string&>()) continue;
+        value = known;
+        return;
       }
+      if (json.is_string()) fail_as_no_member("'" + json.get<std::string>() + "'", members);
+      int number = 0;
+      read(json, number);
+      const auto has_number = [&](const auto& member) { return member.first == static_cast<E>(number); };
+      if (!may_hold_any_number<E> && std::none_of(members.begin(), members.end(), has_number))
+        fail_as_no_member(std::to_string(number), members);
+      value = static_cast<E>(number);
+    } else {
+      static_assert(may_hold_any_number<E>);
+      int number = 0;
+      read(json, number);
+      value = static_cast<E>(number);
     }
-    int number = 0;
-    read(json, number);
-    value = static_cast<E>(number);
   }
 
   template <class Target>
@@ -117,6 +129,9 @@ class ValueReader {
   void expect(bool holds, const char* what) const {
     if (!holds) fail(what);
   }
+
+  // Of which entry errors tell.
+  void set_entry(const std::string& identifier) { entry_ = identifier; }
 
   // The field that is being read, "publication.authors[2]".
   [[nodiscard]] std::string place() const { return place_; }
@@ -188,6 +203,20 @@ class ValueReader {
     }
   }
 
+  void read_latin_1(const Json& json, std::string& text) const;
+
+  // What an archive holds is never null.
+  template <class Target>
+  void require_each(const std::vector<THandle<Target>>& list, const char* name, const char* what) {
+    const Step step(*this, name);
+    for (std::size_t position = 0; position < list.size(); ++position) {
+      const Step element(*this, position);
+      expect(!list[position].is_null(), what);
+    }
+  }
+
+  void require_ends_in_list(const Connectivity& connectivity);
+
   template <class Bond>
   void read_bond(const Json& json, Bond& bond) {
     expect(json.is_object(), "an object is expected");
@@ -237,6 +266,28 @@ class ValueReader {
 
   void note_unknown_names(const Json& object, const std::vector<std::string_view>& known);
 
+  // The values that a field may have, with their texts, in the order of the values.
+  template <class E>
+  static std::vector<std::pair<E, std::string>> members_of() {
+    const auto texts = enum_texts<E>();
+    std::vector<std::pair<E, std::string>> members(texts->begin(), texts->end());
+    if constexpr (std::is_same_v<E, DatabaseCrossReference::CrossReferenceType>)
+      std::erase_if(members, [](const auto& member) { return member.first == E::unknown; });
+    std::sort(members.begin(), members.end());
+    return members;
+  }
+
+  // "-1 is none of: unknown; x-ray; neutron". Some texts have commas.
+  template <class Members>
+  [[noreturn]] void fail_as_no_member(const std::string& value, const Members& members) const {
+    std::string allowed;
+    for (const auto& [known, text] : members) {
+      if (!allowed.empty()) allowed += "; ";
+      allowed += text;
+    }
+    fail(value + " is none of: " + allowed);
+  }
+
   template <class Target>
   List<Target>& list_of() {
     return std::get<List<Target>>(lists_);
@@ -244,6 +295,7 @@ class ValueReader {
 
   std::vector<std::string>& absent_;
   std::vector<std::string>& unknown_;
+  std::string entry_;
   std::string place_;
   std::tuple<List<Atom>, List<Bond>, List<DiagramAtom>, List<DiagramBond>, List<ConnectivityAtom>,
              List<ConnectivityBond>>

@@ -1,6 +1,9 @@
 #include "exchange/json/value_writer.h"
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <sstream>
 
 #include "exchange/cif/readable_text.h"
@@ -8,7 +11,14 @@
 using Json = nlohmann::ordered_json;
 
 Json ValueWriter::of(double value) {
-  if (std::isnan(value)) return "nan";
+  if (std::isnan(value)) {
+    const auto bits = std::bit_cast<std::uint64_t>(value);
+    const bool is_usual = bits == std::bit_cast<std::uint64_t>(std::numeric_limits<double>::quiet_NaN());
+    if (is_usual) return "nan";
+    std::ostringstream os;
+    os << "nan:" << std::hex << bits;
+    return os.str();
+  }
   if (std::isinf(value)) return value > 0 ? "inf" : "-inf";
   return value;
 }

@@ -25,6 +25,9 @@
 #include <utility>
 #include <vector>
 
+template <class E>
+inline constexpr bool has_texts = !std::is_null_pointer_v<std::remove_const_t<decltype(enum_texts<E>)>>;
+
 class ValueWriter {
  public:
   using Json = nlohmann::ordered_json;
@@ -49,7 +52,7 @@ class ValueWriter {
   template <class E>
   requires std::is_enum_v<E>
   static Json of(E value) {
-    if constexpr (!std::is_null_pointer_v<std::remove_const_t<decltype(enum_texts<E>)>>) {
+    if constexpr (has_texts<E>) {
       const auto texts = enum_texts<E>();
       for (const auto& [known, text] : *texts) {
         if (known == value) return text;

@@ -82,7 +82,8 @@ TEST(OwnTags, OfTheWrongKindAreNamedAndLeaveTheOthers) {
   std::string warnings;
   for (const ImportWarning& warning : entry.warnings) warnings += warning.text + "\n";
   EXPECT_THAT(warnings, HasSubstr("unknown tag _dbentry_nothing\n"));
-  EXPECT_THAT(warnings, HasSubstr("tags of our own are not read: crystal_info.z: a number is expected\n"));
+  EXPECT_THAT(warnings,
+              HasSubstr("tags of our own are not read: entry x: crystal_info.z: a number is expected\n"));
 }
 
 }  // namespace

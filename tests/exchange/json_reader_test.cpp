@@ -54,6 +54,12 @@ TEST(JsonReader, GivesTheStemOfTheFileWhereThereIsNoIdentifier) {
   EXPECT_THAT(outcomes("{\"identifier\": \"a\"}", options), ElementsAre("1:0: stem"));
 }
 
+TEST(JsonReader, KeepsAnEmptyIdentifierThatIsThere) {
+  ReaderOptions options;
+  options.file_stem = "stem";
+  EXPECT_THAT(outcomes("{\"identifier\": \"\"}", options), ElementsAre("1:0: "));
+}
+
 TEST(JsonReader, WarnsOfANameThatMeansNothing) {
   JsonReader reader("\n{\"colour\": 1}");
   const auto result = reader.next();
