@@ -28,20 +28,29 @@ std::string_view take_line(std::string_view& text) {
   return line;
 }
 
+bool every_line_begins_with(std::string_view prefix, std::string_view lines) {
+  while (!lines.empty()) {
+    if (!take_line(lines).starts_with(prefix)) return false;
+  }
+  return true;
+}
+
 // The first line of a text field names a prefix of all its lines, folding, or both: "CIF>\", "\", "CIF>\\".
+// Where a line does not have the prefix, the first line is text like the others.
 std::string unfolded(std::string_view field) {
   std::string_view rest = field;
   const std::string_view first = without_blanks_at_the_end(take_line(rest));
   const std::size_t slash = first.find('\\');
   const std::string_view slashes = slash == first.npos ? "" : first.substr(slash);
-  const bool has_prefix = slash > 0 && (slashes == "\\" || slashes == "\\\\");
-  const bool is_folded = (slash == 0 && slashes == "\\") || (slash > 0 && slashes == "\\\\");
-  if (!has_prefix && !is_folded) return std::string(field);
   const std::string_view prefix = first.substr(0, slash);
+  const bool has_prefix = slash > 0 && (slashes == "\\" || slashes == "\\\\") && !rest.empty() &&
+                          every_line_begins_with(prefix, rest);
+  const bool is_folded = (slash == 0 && slashes == "\\") || (has_prefix && slashes == "\\\\");
+  if (!has_prefix && !is_folded) return std::string(field);
   std::string text;
   while (!rest.empty()) {
     std::string_view line = take_line(rest);
-    if (has_prefix && line.substr(0, prefix.size()) == prefix) line.remove_prefix(prefix.size());
+    if (has_prefix) line.remove_prefix(prefix.size());
     const std::string_view trimmed = without_blanks_at_the_end(line);
     if (is_folded && !trimmed.empty() && trimmed.back() == '\\') {
       text += trimmed.substr(0, trimmed.size() - 1);

@@ -727,10 +727,32 @@ TEST(ImportedText, IsUnfolded) {
   EXPECT_EQ(entry.entry->chemical_info()->name, "poly(ethene) blue");
 }
 
-TEST(ImportedText, LosesThePrefixOfItsLines) {
-  const ImportResult entry = of_values("_chemical_name_common\n;CIF>\\\nCIF>first\nCIF>;second\n;\n");
-  EXPECT_EQ(entry.entry->chemical_info()->name, "first ;second");
+struct FieldCase {
+  const char* field;
+  const char* text;
+  const char* reason;
+};
+
+class TextFieldWithProtocol : public testing::TestWithParam<FieldCase> {};
+
+TEST_P(TextFieldWithProtocol, IsReadAsItWasMeant) {
+  const ImportResult entry = of_values("_chemical_name_common\n;" + std::string(GetParam().field) + "\n;\n");
+  EXPECT_EQ(entry.entry->chemical_info()->name, GetParam().text) << GetParam().reason;
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, TextFieldWithProtocol,
+    testing::Values(
+        FieldCase{"CIF>\\\nCIF>first\nCIF>;second", "first ;second", "each line loses the prefix"},
+        FieldCase{"> \\ \t\n> first\n> second", "first second", "blanks after the backslash"},
+        FieldCase{"CIF>\\\\\nCIF>poly\\\nCIF>(ethene)", "poly(ethene)", "the lines are folded too"},
+        FieldCase{"CIF>\\\nCIF>poly\\\nCIF>(ethene)", "poly\\ (ethene)",
+                  "they are not, without a second backslash"},
+        FieldCase{"CIF>\\\nCIF>first\nsecond", "CIF>\\ CIF>first second",
+                  "a line without the prefix: no protocol"},
+        FieldCase{"from C:\\\nread", "from C:\\ read", "a text whose first line ends with a backslash"},
+        FieldCase{"first\\", "first\\", "one line alone"},
+        FieldCase{"1\\2\\\n1\\23", "1\\2\\ 1\\23", "a prefix has no backslash"}));
 
 TEST(ImportedText, ThatIsNotUtf8IsReadAsLatin1WithAWarning) {
   const ImportResult entry = of_values("_chemical_name_common 'M\xfcller'\n");
