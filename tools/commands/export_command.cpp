@@ -177,6 +177,8 @@ ExitCode export_command(const ExportOptions& options, Terminal& terminal) {
   const Format& format = format_of(options.to);
   if (options.packed && format.kind != FileKind::xyz)
     throw ToolError(ExitCode::usage, "export: --packed is for --to xyz only");
+  if (!options.columns.empty() && format.kind != FileKind::csv)
+    throw ToolError(ExitCode::usage, "export: -c COLUMNS is for --to csv only");
   if (options.output.empty()) throw ToolError(ExitCode::usage, "export: -o FILE says where the entries go");
   EntryQuery query;
   try {

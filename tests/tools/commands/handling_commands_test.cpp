@@ -137,6 +137,35 @@ TEST(Export, TakesWhatAQueryFindsAndReplacesItsOwnKind) {
             "dbentry: export: unknown format 'jsno'; did you mean 'json'?\n");
 }
 
+struct OptionOfAnotherFormat {
+  std::vector<std::string> option;
+  const char* format;
+  const char* message;
+};
+
+class ExportRefuses : public testing::TestWithParam<OptionOfAnotherFormat> {};
+
+TEST_P(ExportRefuses, AnOptionOfAnotherFormatAndWritesNothing) {
+  const TemporaryFolder folder;
+  std::vector<std::string> arguments = {"export", archive, "--to", GetParam().format, "-o", folder.file("x")};
+  arguments.insert(arguments.end(), GetParam().option.begin(), GetParam().option.end());
+  const Outcome result = run(arguments);
+  EXPECT_EQ(result.code, 2);
+  EXPECT_EQ(result.messages, std::string("dbentry: ") + GetParam().message + "\n");
+  EXPECT_EQ(folder.file_count(), 0U);
+}
+
+const char* const packed_is_for_xyz = "export: --packed is for --to xyz only";
+const char* const columns_are_for_csv = "export: -c COLUMNS is for --to csv only";
+INSTANTIATE_TEST_SUITE_P(Cases, ExportRefuses,
+                         testing::Values(OptionOfAnotherFormat{{"--packed"}, "cif", packed_is_for_xyz},
+                                         OptionOfAnotherFormat{{"--packed"}, "json", packed_is_for_xyz},
+                                         OptionOfAnotherFormat{{"--packed"}, "jsonl", packed_is_for_xyz},
+                                         OptionOfAnotherFormat{{"--packed"}, "csv", packed_is_for_xyz},
+                                         OptionOfAnotherFormat{{"--packed"}, "archive", packed_is_for_xyz},
+                                         OptionOfAnotherFormat{{"-c", "year"}, "cif", columns_are_for_csv},
+                                         OptionOfAnotherFormat{{"-c", "year"}, "xyz", columns_are_for_csv}));
+
 TEST(Export, GivesCifAndJsonThatAreImportedByteForByte) {
   const TemporaryFolder folder;
   for (const char* format : {"cif", "json", "jsonl"}) {
