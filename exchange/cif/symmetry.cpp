@@ -62,6 +62,17 @@ WrittenOperator written_operator(const std::string& text) {
   return result;
 }
 
+std::string_view without_quotes(std::string_view raw) {
+  const bool is_quoted = raw.size() >= 2 && (raw.front() == '\'' || raw.front() == '"');
+  return is_quoted ? raw.substr(1, raw.size() - 2) : raw;
+}
+
+// Not so the placeholders and text fields.
+bool begins_operator(char c) {
+  return c == '-' || c == '+' || (c >= '0' && c <= '9') || (c | 0x20) == 'x' || (c | 0x20) == 'y' ||
+         (c | 0x20) == 'z';
+}
+
 struct Translations {
   CifTagRange operators;
   CifTagRange centrings;
@@ -101,10 +112,24 @@ class OperatorFinder {
     return columns;
   }
 
+  // Most are plain; the others are looked at as texts, and told of as such.
+  static bool add_at_once(std::string_view raw, Operators& operators) {
+    const std::string text(without_quotes(raw));
+    if (text.empty() || !begins_operator(text.front())) return false;
+    try {
+      operators.push_back(CrystalSymmetryOperator(text));
+      return true;
+    } catch (const std::invalid_argument&) {
+      return false;
+    }
+  }
+
   // None at all when one cannot be read: half a group is no group.
   Operators of_column(const CifColumn& column) {
     Operators operators;
+    operators.reserve(column.count);
     for (std::size_t row = 0; row < column.count; ++row) {
+      if (add_at_once(column[row], operators)) continue;
       const std::string text = source_.values().plain(column[row], column.line);
       if (text.empty()) continue;
       try {

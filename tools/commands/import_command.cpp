@@ -30,11 +30,10 @@ using Json = nlohmann::ordered_json;
 
 enum class InputKind { cif, json, collection };
 
-InputKind kind_of_input(const std::string& path, const std::string& from) {
-  if (is_store(path)) return InputKind::collection;
+InputKind kind_of_input(const std::string& path, FileKind kind, const std::string& from) {
+  if (kind == FileKind::store) return InputKind::collection;
   if (from == "json") return InputKind::json;
   if (from == "cif" || path == "-") return InputKind::cif;
-  const FileKind kind = kind_of_file(path);
   if (kind == FileKind::archive) return InputKind::collection;
   return kind == FileKind::json || is_json_name(path) ? InputKind::json : InputKind::cif;
 }
@@ -152,11 +151,7 @@ class Import {
     has_entry_ = false;
     stored_before_ = false;
     try {
-      if (kind_of_input(file, options_.from) == InputKind::collection) {
-        copy_collection(file);
-      } else {
-        read_file(file);
-      }
+      import_file_or_collection(file);
     } catch (const ToolError& error) {
       fail(file, error.what());  // the message begins with the name of the file
     } catch (const std::bad_alloc&) {
@@ -166,6 +161,25 @@ class Import {
     if (has_entry_) return;
     ++files_without_;
     if (errors_ == errors_before) ++errors_;
+  }
+
+  void import_file_or_collection(const std::string& file) {
+    if (is_url(file)) {
+      copy_collection(file);
+      return;
+    }
+    std::string bytes;
+    InputKind kind = InputKind::cif;
+    {
+      InputFile input(file);
+      kind = kind_of_input(file, input.kind(), options_.from);
+      if (kind != InputKind::collection) bytes = input.bytes();
+    }
+    if (kind == InputKind::collection) {
+      copy_collection(file);
+    } else {
+      read_file(file, kind, std::move(bytes));
+    }
   }
 
   void copy_collection(const std::string& place) {
@@ -178,8 +192,7 @@ class Import {
     });
   }
 
-  void read_file(const std::string& file) {
-    std::string bytes = bytes_of(file);
+  void read_file(const std::string& file, InputKind kind, std::string bytes) {
     EntryOrigin origin;
     if (file != "-") origin.file = file;
     if (!options_.into.empty()) {
@@ -189,8 +202,9 @@ class Import {
       if (file != "-" && sink_ != nullptr && sink_->has_imported(file, origin.sha256)) {
         ++files_before_;
         stored_before_ = true;
-        add_to_report(
-            {{"status", "skipped"}, {"file", file}, {"reason", "the store has its entries already"}});
+        report([&]() -> Json {
+          return {{"status", "skipped"}, {"file", file}, {"reason", "the store has its entries already"}};
+        });
         return;
       }
     }
@@ -199,7 +213,7 @@ class Import {
     reader_options.identifier_from = id_from_;
     reader_options.file_stem = stem_of(file);
     reader_options.list_not_kept = report_ != nullptr;
-    const std::unique_ptr<EntryReader> reader = open_reader(file, text, reader_options);
+    const std::unique_ptr<EntryReader> reader = open_reader(kind, text, reader_options);
     const std::size_t faults_before = errors_ + warnings_ + skipped_;
     while (std::optional<ImportResult> result = next_result(*reader, file)) {
       origin.block = result->block;
@@ -214,10 +228,9 @@ class Import {
     if (options_.strict && errors_ + warnings_ + skipped_ > faults_before) keep_back_pending();
   }
 
-  std::unique_ptr<EntryReader> open_reader(const std::string& file, const std::string& text,
-                                           const ReaderOptions& reader_options) {
-    if (kind_of_input(file, options_.from) == InputKind::json)
-      return std::make_unique<JsonReader>(text, reader_options);
+  static std::unique_ptr<EntryReader> open_reader(InputKind kind, const std::string& text,
+                                                  const ReaderOptions& reader_options) {
+    if (kind == InputKind::json) return std::make_unique<JsonReader>(text, reader_options);
     return std::make_unique<CifReader>(text, reader_options);
   }
 
@@ -318,15 +331,17 @@ class Import {
         return;
       case ImportResult::skipped:
         say("{}{}: no entry: {}{}\n", one.file, at(result.line), block, result.reason);
-        add_to_report(record_of(one, "skipped", result.reason));
+        report([&] { return record_of(one, "skipped", result.reason); });
         return;
       case ImportResult::error:
         say("{}{}{}: error: {}{}\n", one.file, at(result.line), at(result.column), block, result.reason);
         if (!result.hint.empty()) say("  hint: {}\n", result.hint);
-        Json record = record_of(one, "error", result.reason);
-        record["column"] = result.column;
-        if (!result.hint.empty()) record["hint"] = result.hint;
-        add_to_report(record);
+        report([&] {
+          Json record = record_of(one, "error", result.reason);
+          record["column"] = result.column;
+          if (!result.hint.empty()) record["hint"] = result.hint;
+          return record;
+        });
     }
   }
 
@@ -340,17 +355,18 @@ class Import {
           "another entry {} is there already; --on-duplicate keep or replace says which of the two stays",
           one.result.identifier);
       say("{}{}: error: {}\n", one.file, at(one.result.line), reason);
-      add_to_report(record_of(one, "error", reason));
+      report([&] { return record_of(one, "error", reason); });
       return;
     }
     if (put == PutResult::kept) {
       ++skipped_;
-      add_to_report(
-          record_of(one, "skipped", "another entry of its identifier is kept (--on-duplicate keep)"));
+      report([&] {
+        return record_of(one, "skipped", "another entry of its identifier is kept (--on-duplicate keep)");
+      });
       return;
     }
     ++entries_;
-    add_to_report(record_of(one, "imported", ""));
+    report([&] { return record_of(one, "imported", ""); });
   }
 
   static std::string at(int number) { return number > 0 ? fmt::format(":{}", number) : ""; }
@@ -368,11 +384,13 @@ class Import {
     say("{}\n", reason);
     Pending whole;
     whole.file = file;
-    add_to_report(record_of(whole, "error", reason));
+    report([&] { return record_of(whole, "error", reason); });
   }
 
-  void add_to_report(const Json& record) {
-    if (report_ != nullptr) report_->write(json_line(record) + "\n");
+  // The record is only made for a report: it takes as long as the entry itself.
+  template <class MakeRecord>
+  void report(const MakeRecord& make_record) {
+    if (report_ != nullptr) report_->write(json_line(make_record()) + "\n");
   }
 
   static Json record_of(const Pending& one, const char* status, const std::string& reason) {

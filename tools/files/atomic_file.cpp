@@ -104,6 +104,14 @@ AtomicFile::AtomicFile(const std::string& target, Streams streams)
     abandon();
     throw system_error(name_, "write", reason);
   }
+  enlarge_buffer();
+}
+
+// An entry is larger than the buffer that a stream has of its own.
+void AtomicFile::enlarge_buffer() {
+  constexpr std::size_t size = 1 << 17;
+  buffer_ = std::unique_ptr<char[]>(new char[size]);
+  std::setvbuf(stream_, buffer_.get(), _IOFBF, size);
 }
 
 AtomicFile::~AtomicFile() {
@@ -125,7 +133,7 @@ void AtomicFile::open_stream(Streams streams) {
   if (stream_ == nullptr) throw system_error("a temporary file for " + name_, "make", errno);
 }
 
-void AtomicFile::write(const std::string& bytes) {
+void AtomicFile::write(std::string_view bytes) {
   errno = 0;
   if (std::fwrite(bytes.data(), 1, bytes.size(), stream_) != bytes.size()) fail_to_write();
 }

@@ -15,7 +15,9 @@
 #pragma once
 
 #include <cstdio>
+#include <memory>
 #include <string>
+#include <string_view>
 
 class AtomicFile {
  public:
@@ -29,7 +31,7 @@ class AtomicFile {
   [[nodiscard]] FILE* stream() const { return stream_; }
 
   // Throws ToolError, or ClosedPipe when the reader of standard output has gone.
-  void write(const std::string& bytes);
+  void write(std::string_view bytes);
   // What a failed write of the stream is called; errno tells the reason.
   [[noreturn]] void fail_to_write() const;
 
@@ -38,12 +40,14 @@ class AtomicFile {
 
  private:
   void open_stream(Streams streams);
+  void enlarge_buffer();
   void copy_held();
   void abandon() noexcept;
 
-  std::string name_;       // as the caller gave it, for messages
-  std::string target_;     // what is replaced: the end of all symbolic links
-  std::string temporary_;  // empty when the target is written to directly
+  std::string name_;                // as the caller gave it, for messages
+  std::string target_;              // what is replaced: the end of all symbolic links
+  std::string temporary_;           // empty when the target is written to directly
+  std::unique_ptr<char[]> buffer_;  // of the stream, which it outlives
   FILE* stream_ = nullptr;
   FILE* held_for_ = nullptr;  // where the bytes of a held stream go
 };

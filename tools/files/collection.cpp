@@ -141,8 +141,12 @@ void change_store(const std::string& place, const std::vector<std::string>& want
 
 }  // namespace
 
+bool is_url(const std::string& place) {
+  return place.find("://") != std::string::npos;
+}
+
 bool is_store(const std::string& place) {
-  return place.find("://") != std::string::npos || (place != "-" && kind_of_file(place) == FileKind::store);
+  return is_url(place) || (place != "-" && kind_of_file(place) == FileKind::store);
 }
 
 std::unique_ptr<EntryStore> open_store(const std::string& place) {

@@ -19,6 +19,8 @@
 
 #include "tools/files/entry_file.h"
 
+[[nodiscard]] bool is_url(const std::string& place);
+
 // Whether it is a store, and not an archive.
 [[nodiscard]] bool is_store(const std::string& place);
 

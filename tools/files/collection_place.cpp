@@ -5,13 +5,14 @@
 
 #include <cstdlib>
 
+#include "tools/files/collection.h"
 #include "tools/messages/tool_error.h"
 
 namespace {
 
 bool is_place(const std::string& text) {
   struct stat status = {};
-  return text == "-" || text.find("://") != std::string::npos || ::stat(text.c_str(), &status) == 0;
+  return text == "-" || is_url(text) || ::stat(text.c_str(), &status) == 0;
 }
 
 }  // namespace

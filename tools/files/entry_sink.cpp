@@ -42,7 +42,7 @@ class ArchiveSink : public EntrySink {
   };
 
   PutResult put_one(const StoredEntry& entry) {
-    const std::string bytes = archived([&](Archive& archive) { entry.write(archive); });
+    const std::string_view bytes = memory_.bytes_of(entry);
     if (duplicates_ == Duplicates::both) {
       append(bytes);
       return PutResult::added;
@@ -63,7 +63,7 @@ class ArchiveSink : public EntrySink {
     return PutResult::replaced;
   }
 
-  void append(const std::string& bytes) {
+  void append(std::string_view bytes) {
     file_.write(bytes);
     size_ += bytes.size();
   }
@@ -98,6 +98,7 @@ class ArchiveSink : public EntrySink {
   std::string path_;
   Duplicates duplicates_;
   AtomicFile file_;
+  MemoryArchive memory_;
   std::unordered_map<std::string, std::size_t> by_identifier_;  // the index of its place
   std::vector<Place> places_;
   std::size_t size_ = 0;

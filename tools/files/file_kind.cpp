@@ -21,7 +21,7 @@ struct CloseFile {
 std::string beginning_of(const std::string& path) {
   const std::unique_ptr<FILE, CloseFile> file(std::fopen(path.c_str(), "rb"));
   if (file == nullptr) return "";
-  std::string text(8192, '\0');
+  std::string text(longest_beginning, '\0');
   text.resize(std::fread(text.data(), 1, text.size(), file.get()));
   return text;
 }
@@ -138,8 +138,12 @@ FileKind kind_of_file(const std::string& path) {
   struct stat status = {};
   if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return FileKind::unknown;
   if (status.st_size == 0) return FileKind::empty;
-  const std::string text = beginning_of(path);
+  return kind_of_beginning(path, beginning_of(path));
+}
+
+FileKind kind_of_beginning(const std::string& path, std::string_view text) {
   using namespace std::string_view_literals;
+  if (text.empty()) return FileKind::empty;
   if (text.starts_with("SQLite format 3\0"sv)) return FileKind::store;
   if (text.starts_with("\x89PNG"sv)) return FileKind::png;
   if (text.starts_with("%PDF-"sv)) return FileKind::pdf;

@@ -1,19 +1,20 @@
 #include "tools/files/input_files.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <zlib.h>
 
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
-#include <cstdio>
 #include <filesystem>
-#include <memory>
 #include <new>
 #include <string_view>
 #include <utility>
 
+#include "tools/files/collection.h"
 #include "tools/messages/tool_error.h"
 
 namespace {
@@ -44,10 +45,6 @@ std::vector<std::string> files_below(const std::string& folder, bool (*is_wanted
   std::sort(files.begin(), files.end());
   return files;
 }
-
-struct CloseFile {
-  void operator()(FILE* file) const { std::fclose(file); }
-};
 
 // Ends what inflateInit2 began, also when memory runs out.
 class Inflation {
@@ -83,7 +80,7 @@ std::vector<std::string> input_files(const std::vector<std::string>& paths,
                                      bool (*is_wanted)(const std::string&), const char* wanted) {
   std::vector<std::string> files;
   for (const std::string& path : paths) {
-    if (path == "-" || path.find("://") != std::string::npos) {
+    if (path == "-" || is_url(path)) {
       files.push_back(path);
       continue;
     }
@@ -103,22 +100,41 @@ std::vector<std::string> input_files(const std::vector<std::string>& paths,
   return files;
 }
 
-std::string bytes_of(const std::string& path) {
-  errno = 0;
-  const std::unique_ptr<FILE, CloseFile> opened(path == "-" ? nullptr : std::fopen(path.c_str(), "rb"));
-  FILE* const file = path == "-" ? stdin : opened.get();
-  const std::string name = path == "-" ? "standard input" : path;
-  if (file == nullptr) throw system_error(name, "open", errno);
-  std::string text;
+InputFile::InputFile(const std::string& path)
+    : name_(path == "-" ? "standard input" : path),
+      descriptor_(path == "-" ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+  if (descriptor_ < 0) throw system_error(name_, "open", errno);
   struct stat status = {};
-  if (::fstat(::fileno(file), &status) == 0 && S_ISREG(status.st_mode))
-    text.reserve(static_cast<std::size_t>(status.st_size));
-  std::vector<char> buffer(1 << 18);
-  while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), file)) {
-    text.append(buffer.data(), count);
+  if (path == "-" || ::fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) return;
+  expected_ = static_cast<std::size_t>(status.st_size);
+  bytes_.reserve(expected_ + 1);  // one more, by which the end is seen
+  read_at_most(longest_beginning);
+  kind_ = kind_of_beginning(path, bytes_);
+}
+
+InputFile::~InputFile() {
+  if (descriptor_ > STDIN_FILENO) ::close(descriptor_);
+}
+
+void InputFile::read_at_most(std::size_t size) {
+  std::size_t done = bytes_.size();
+  bytes_.resize(done + size);
+  for (const std::size_t wanted = bytes_.size(); done < wanted && !is_at_end_;) {
+    const ssize_t count = ::read(descriptor_, bytes_.data() + done, wanted - done);
+    if (count < 0 && errno != EINTR) throw system_error(name_, "read", errno);
+    if (count == 0) is_at_end_ = true;
+    if (count > 0) done += static_cast<std::size_t>(count);
   }
-  if (std::ferror(file) != 0) throw system_error(name, "read", errno);
-  return text;
+  bytes_.resize(done);
+}
+
+std::string InputFile::bytes() {
+  constexpr std::size_t usual_step = 1 << 18;
+  while (!is_at_end_) {
+    const std::size_t left = expected_ + 1 > bytes_.size() ? expected_ + 1 - bytes_.size() : 0;
+    read_at_most(left != 0 && expected_ != 0 ? left : usual_step);
+  }
+  return std::move(bytes_);
 }
 
 std::string uncompressed(const std::string& path, std::string bytes) {

@@ -44,3 +44,12 @@ void from_archive(const std::string& bytes, const std::function<void(Archive&)>&
   Archive archive(stream.get());
   read(archive);
 }
+
+MemoryArchive::MemoryArchive() : stream_(::open_memstream(&bytes_, &size_)) {
+  if (stream_ == nullptr) throw std::bad_alloc();
+}
+
+MemoryArchive::~MemoryArchive() {
+  std::fclose(stream_);
+  std::free(bytes_);
+}
