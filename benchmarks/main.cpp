@@ -20,11 +20,13 @@
 
 #include "entries/synthetic_entries.h"
 #include "expressions/expression_cases.h"
-#include "import/import_case.h"
 #include "records/record_cases.h"
 #include "report/suite.h"
 #include "scale/scale_cases.h"
 #include "storages/archive_cases.h"
+#ifdef WITH_IMPORT
+#include "import/import_case.h"
+#endif
 
 namespace {
 
@@ -104,7 +106,9 @@ void run(std::vector<std::string> arguments) {
       temporary = std::filesystem::temp_directory_path() / ("entries." + std::to_string(getpid()));
       options.archive = temporary;
     }
-    add_import_case(suite, options.dbentry, options.crystals, options.archive);
+#ifdef WITH_IMPORT
+    add_import_cases(suite, options.dbentry, options.crystals, options.archive);
+#endif
   }
   const StoredEntries plain = synthetic_entries(count, EntryForm::plain);
   add_entries(suite, "without atoms", plain, true);

@@ -1,13 +1,19 @@
 #include "import/import_case.h"
 
+#include <benchmark/benchmark.h>
+#include <exchange/cif_reader.h>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <tools/files/input_files.h>
+#include <tools/files/memory_archive.h>
 #include <unistd.h>
 
 #include <array>
-#include <filesystem>
 #include <stdexcept>
+#include <vector>
+
+#include "import/parsing_alone.h"
 
 namespace {
 
@@ -30,21 +36,36 @@ void run_import(std::string dbentry, std::string cif_folder, std::string archive
   }
 }
 
-std::size_t cif_files_below(const std::string& folder) {
-  std::size_t count = 0;
-  for (const auto& file : std::filesystem::recursive_directory_iterator(folder)) {
-    if (file.path().extension() == ".cif") ++count;
+// The bytes of all entries that come of the files.
+std::size_t import_files(const std::vector<std::string>& files) {
+  MemoryArchive memory;
+  std::size_t size = 0;
+  for (const std::string& file : files) {
+    const std::string text = InputFile(file).bytes();
+    CifReader reader(text);
+    while (const auto result = reader.next()) {
+      if (result->status == ImportResult::imported) size += memory.bytes_of(*result->entry).size();
+    }
   }
-  return count;
+  return size;
 }
 
 }  // namespace
 
-void add_import_case(Suite& suite, const std::string& dbentry, const std::string& cif_folder,
-                     const std::string& archive) {
+void add_import_cases(Suite& suite, const std::string& dbentry, const std::string& cif_folder,
+                      const std::string& archive) {
   run_import(dbentry, cif_folder, archive);
-  const std::size_t files = cif_files_below(cif_folder);
-  const std::string case_name = "import of " + std::to_string(files) + " CIF files by one process, per file";
-  suite.measure_elapsed(case_name, Suite::own, files,
+  const std::vector<std::string> files = input_files({cif_folder}, is_cif_name, ".cif");
+  const std::string count = std::to_string(files.size()) + " CIF files";
+  suite.measure_elapsed("import of " + count + " by one process, per file", Suite::own, files.size(),
                         [dbentry, cif_folder, archive] { run_import(dbentry, cif_folder, archive); });
+  suite.measure_elapsed("import of " + count + " by one process, per file", "not handed to the disk",
+                        files.size(),
+                        [dbentry, cif_folder] { run_import(dbentry, cif_folder, "/dev/null"); });
+  const std::string entries_case = "entries of " + count + ", per file";
+  suite.measure(entries_case, Suite::own, files.size(), 0,
+                [files] { benchmark::DoNotOptimize(import_files(files)); });
+  suite.measure(entries_case, "gemmi, parsing alone", files.size(), 0,
+                [files] { benchmark::DoNotOptimize(parse_cif_files(files)); });
+  suite.expect(entries_case, {"gemmi, parsing alone", Goal::at_most_times, 1.2});
 }
