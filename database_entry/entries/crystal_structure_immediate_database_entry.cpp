@@ -54,6 +54,7 @@ void write_items(Archive& archive, const DatabaseEntryIdentifier& identifier,
 template <class Component>
 void fetch_ahead(const THandle<Component>& component) {
   constexpr std::size_t cache_line = 64;
+  if (component.is_null()) return;
   const char* const bytes = reinterpret_cast<const char*>(component.get());
   for (std::size_t offset = 0; offset < sizeof(Component); offset += cache_line) {
     __builtin_prefetch(bytes + offset);
