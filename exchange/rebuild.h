@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
+#include <utility>
 
 // Bytes in memory as a stream, first to be written and then to be read.
 class MemoryStream {
@@ -22,19 +23,17 @@ class MemoryStream {
   MemoryStream(const MemoryStream&) = delete;
   MemoryStream& operator=(const MemoryStream&) = delete;
   ~MemoryStream() {
-    std::fclose(stream_);
+    if (stream_ != nullptr) std::fclose(stream_);
     std::free(bytes_);
   }
 
   [[nodiscard]] FILE* stream() const { return stream_; }
 
-  // Once, after the last byte was written.
+  // Once, after the last byte was written. Closing is what settles where the bytes are.
   void turn_to_reading() {
-    std::fflush(stream_);
-    FILE* const reading = ::fmemopen(bytes_, size_, "rb");
-    if (reading == nullptr) throw std::bad_alloc();
-    std::fclose(stream_);
-    stream_ = reading;
+    std::fclose(std::exchange(stream_, nullptr));
+    stream_ = ::fmemopen(bytes_, size_, "rb");
+    if (stream_ == nullptr) throw std::bad_alloc();
   }
 
  private:
