@@ -229,7 +229,7 @@ INSTANTIATE_TEST_SUITE_P(
                    "4\tJACSAT\tcurrent\tJ.Am.Chem.Soc.\n1\tACCRA9\tdiscontinued\tActa Crystallogr.\n"},
         OutputCase{{"verify", archive},
                    SAMPLES_FOLDER
-                   "/cross_references.dbe: 1 entries, 745 bytes, rewritten byte for byte\nSHA-256 "
+                   "/cross_references.dbe: 1 entry, 745 bytes, rewritten byte for byte\nSHA-256 "
                    "474c71cf491a11ee2ffbc442969947747c40d8852de50084bbf4ee25831d6d92\n"},
         OutputCase{{"show", archive, "-f", "pretty"}, pretty_sample},
         OutputCase{{"stats", archive}, "C\t1\nH\t1\nO\t1\n"},
@@ -309,7 +309,7 @@ TEST(Import, TakesTheGoodFilesAndReportsTheBroken) {
                                  ":3:1: error: data_broken: wrong number of values in the loop\n"
                                  "  hint: 3 values do not fill rows of 2 columns: a row is broken or lost\n");
   EXPECT_THAT(result.out,
-              StartsWith("2 entries from 1 files, 1 files not imported, 0 warnings, 0 blocks skipped; "));
+              StartsWith("2 entries from 1 file, 1 file not imported, 0 warnings, 0 blocks skipped; "));
   EXPECT_EQ(run({"list", folder.file("x.dbe"), "-c", "identifier,authors,page,operators,atoms"}).out,
             "first\tMüller, A. B.; O'Hara, C.\tL12\t192\t2\nC7654321\tMüller, A. B.; O'Hara, C.\t15\t2\t1\n");
   const std::string report = contents_of_file(folder.file("r.jsonl"));
@@ -328,7 +328,7 @@ TEST(Import, ReportsAFileThatMayNotBeReadAndTakesTheOthers) {
   EXPECT_EQ(result.code, 1);
   EXPECT_EQ(result.messages, secret + ": cannot open: Permission denied\n");
   EXPECT_THAT(result.out,
-              StartsWith("2 entries from 1 files, 1 files not imported, 0 warnings, 0 blocks skipped; "));
+              StartsWith("2 entries from 1 file, 1 file not imported, 0 warnings, 0 blocks skipped; "));
 }
 
 TEST(Import, TellsAPersonHowFarItIs) {

@@ -3,11 +3,13 @@
 #include <fmt/ostream.h>
 
 #include <map>
+#include <memory>
 #include <ostream>
 #include <set>
 #include <utility>
 
 #include "tools/commands/commands.h"
+#include "tools/files/collection.h"
 #include "tools/files/component_bytes.h"
 #include "tools/files/entry_file.h"
 #include "tools/output/field_values.h"
@@ -87,18 +89,60 @@ std::vector<Difference> differences_of(const StoredEntry& first, const StoredEnt
   return differences;
 }
 
+// The entries of a collection, of which any can be asked for again.
+class KnownEntries {
+ public:
+  virtual ~KnownEntries() = default;
+  [[nodiscard]] const std::vector<Name>& names() const { return names_; }
+  [[nodiscard]] virtual THandle<StoredEntry> entry(const Name& name) = 0;
+
+ protected:
+  std::vector<Name> names_;
+};
+
+class EntriesOfArchive : public KnownEntries {
+ public:
+  explicit EntriesOfArchive(const std::string& place) : file_(place, EntryFile::Access::anywhere) {
+    Namer namer;
+    for (auto entry = file_.next(); !entry.is_null(); entry = file_.next()) {
+      names_.push_back(namer.name(*entry));
+      offsets_[names_.back()] = file_.offset();
+    }
+  }
+  THandle<StoredEntry> entry(const Name& name) override {
+    file_.go_to(offsets_.at(name));
+    return file_.next();
+  }
+
+ private:
+  EntryFile file_;
+  std::map<Name, long> offsets_;
+};
+
+class EntriesOfStore : public KnownEntries {
+ public:
+  explicit EntriesOfStore(const std::string& place) : store_(open_store(place)) {
+    for_each_columns(place, [&](const EntryColumns& columns) { names_.emplace_back(columns.identifier, 0); });
+  }
+  THandle<StoredEntry> entry(const Name& name) override {
+    return with_store_errors([&] { return store_->entry(DatabaseEntryIdentifier(name.first)); });
+  }
+
+ private:
+  std::unique_ptr<EntryStore> store_;
+};
+
+std::unique_ptr<KnownEntries> known_entries(const std::string& place) {
+  if (is_store(place)) return std::make_unique<EntriesOfStore>(place);
+  return std::make_unique<EntriesOfArchive>(place);
+}
+
 }  // namespace
 
 ExitCode diff_command(const DiffOptions& options, Terminal& terminal) {
-  EntryFile first(options.first, EntryFile::Access::anywhere);
-  std::map<Name, long> offsets;  // of the entries of the first file that have not been met in the second
-  std::vector<Name> order;
-  Namer first_names;
-  for (auto entry = first.next(); !entry.is_null(); entry = first.next()) {
-    order.push_back(first_names.name(*entry));
-    offsets[order.back()] = first.offset();
-  }
-
+  const std::unique_ptr<KnownEntries> first = known_entries(options.first);
+  const std::vector<Name>& order = first->names();
+  std::set<Name> left(order.begin(), order.end());  // those that have not been met in the second
   TableOutput table(terminal, output_format(options.format, terminal),
                     {"identifier", "difference", "field", "first", "second"});
   bool differ = false;
@@ -108,27 +152,25 @@ ExitCode diff_command(const DiffOptions& options, Terminal& terminal) {
     differ = true;
     table.add({name.first, which, difference.field, difference.first, difference.second});
   };
-  EntryFile second(options.second);
   Namer second_names;
-  for (auto entry = second.next(); !entry.is_null(); entry = second.next()) {
-    const Name name = second_names.name(*entry);
+  for_each_entry(options.second, {}, [&](const StoredEntry& entry) {
+    const Name name = second_names.name(entry);
     same_order = same_order && met < order.size() && order[met] == name;
     ++met;
-    const auto found = offsets.find(name);
-    if (found == offsets.end()) {
+    if (left.erase(name) == 0) {
       add(name, "only in the second", {});
-      continue;
+      return;
     }
-    first.go_to(found->second);
-    offsets.erase(found);
-    for (const Difference& difference : differences_of(*first.next(), *entry)) {
+    for (const Difference& difference : differences_of(*first->entry(name), entry))
       add(name, "differs", difference);
-    }
-  }
+  });
   for (const Name& name : order) {
-    if (offsets.count(name) != 0) add(name, "only in the first", {});
+    if (left.count(name) != 0) add(name, "only in the first", {});
   }
   table.finish();
+  // A store has no order of its own.
+  const bool has_order = !is_store(options.first) && !is_store(options.second);
+  if (!has_order) return differ ? ExitCode::problems : ExitCode::done;
   if (!differ && !same_order) {
     fmt::print(terminal.messages, "{} and {} hold the same entries in another order\n", options.first,
                options.second);

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "tools/commands/commands.h"
+#include "tools/files/archivable.h"
 #include "tools/files/atomic_file.h"
 #include "tools/files/collection.h"
 #include "tools/files/digest.h"
@@ -21,6 +22,7 @@
 #include "tools/files/input_files.h"
 #include "tools/files/outputs.h"
 #include "tools/messages/nearest_name.h"
+#include "tools/output/counted.h"
 #include "tools/output/progress.h"
 #include "tools/output/table_output.h"
 
@@ -130,14 +132,17 @@ class Import {
     if (sink_ != nullptr && !kept_back) written = sink_->commit();
     const bool out_is_taken = options_.output == "-" || options_.report == "-";
     fmt::print(out_is_taken ? terminal_.messages : terminal_.out,
-               "{} entries from {} files, {} files not imported, {} warnings, {} blocks skipped{}; {}\n",
-               entries_, files_.size() - files_without_, files_without_, warnings_, skipped_,
-               files_before_ == 0 ? "" : fmt::format(", {} files as they were before", files_before_),
+               "{} from {}, {} not imported, {}, {} skipped{}; {}\n", counted(entries_, "entry", "entries"),
+               files(files_.size() - files_without_), files(files_without_),
+               counted(warnings_, "warning", "warnings"), counted(skipped_, "block", "blocks"),
+               files_before_ == 0 ? "" : fmt::format(", {} as before", files(files_before_)),
                outcome(kept_back, written));
     return errors_ > 0 || nothing_new || (options_.strict && !is_clean) ? ExitCode::problems : ExitCode::done;
   }
 
  private:
+  static std::string files(std::size_t count) { return counted(count, "file", "files"); }
+
   std::string outcome(bool kept_back, const std::string& written) const {
     if (options_.dry_run) return "nothing is written in a dry run";
     if (!kept_back) return written;
@@ -247,6 +252,7 @@ class Import {
 
   // Counts and completes what was found, and keeps it until it is worth a transaction.
   void add(const std::string& file, const EntryOrigin& origin, ImportResult&& result) {
+    if (result.status == ImportResult::imported && options_.into.empty()) refuse_null(result);
     if (result.status == ImportResult::imported) {
       complete(file, result);
     } else if (result.status == ImportResult::skipped) {
@@ -257,6 +263,16 @@ class Import {
     pending_.push_back({file, "", origin, std::move(result), false});
     constexpr std::size_t most_pending = 500;
     if (pending_.size() >= most_pending && !(options_.strict && !options_.into.empty())) flush();
+  }
+
+  // Where the entries go into an archive.
+  static void refuse_null(ImportResult& result) {
+    const std::string reason = why_not_archived(*result.entry);
+    if (reason.empty()) return;
+    result.status = ImportResult::error;
+    result.reason = reason;
+    result.hint = "a component that is left out has the values of a new one, and a store takes null";
+    result.entry = THandle<StoredEntry>();
   }
 
   void complete(const std::string& file, ImportResult& result) {

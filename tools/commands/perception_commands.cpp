@@ -11,6 +11,7 @@
 
 #include "tools/commands/commands.h"
 #include "tools/files/collection.h"
+#include "tools/output/counted.h"
 #include "tools/output/progress.h"
 #include "tools/output/table_output.h"
 
@@ -89,6 +90,7 @@ ExitCode check_command(const CheckCommandOptions& options, Terminal& terminal) {
   for_each_entry(options.collection, options.identifiers, check);
   progress.clear();
   table.finish();
-  fmt::print(terminal.messages, "dbentry: {} findings in {} entries\n", findings, done);
+  fmt::print(terminal.messages, "dbentry: {} in {}\n", counted(findings, "finding", "findings"),
+             counted(done, "entry", "entries"));
   return findings == 0 ? ExitCode::done : ExitCode::problems;
 }

@@ -6,6 +6,7 @@
 
 #include "tools/commands/commands.h"
 #include "tools/files/collection.h"
+#include "tools/output/counted.h"
 #include "tools/output/progress.h"
 
 namespace {
@@ -40,13 +41,14 @@ ExitCode reindex_command(const StoreOptions& options, Terminal& terminal) {
   for (const StoreProblem& problem : report.problems) {
     fmt::print(terminal.messages, "{}: {}: {}\n", store->place(), entry_name(0, problem.entry), problem.text);
   }
-  fmt::print(terminal.out, "{}: {} entries, what they are found by is new, {} problems\n", store->place(),
-             report.entries, report.problems.size());
+  fmt::print(terminal.out, "{}: {}, what they are found by is made anew, {}\n", store->place(),
+             counted(report.entries, "entry", "entries"),
+             counted(report.problems.size(), "problem", "problems"));
   return report.problems.empty() ? ExitCode::done : ExitCode::damaged;
 }
 
 ExitCode upgrade_command(const StoreOptions& options, Terminal& terminal) {
   const int before = with_store_errors([&] { return upgrade_entry_store(options.store); });
-  fmt::print(terminal.out, "{}: had schema version {}, has the present one\n", options.store, before);
+  fmt::print(terminal.out, "{}: schema version {} before, the present one now\n", options.store, before);
   return ExitCode::done;
 }

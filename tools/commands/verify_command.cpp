@@ -6,11 +6,13 @@
 #include <ostream>
 
 #include "tools/commands/commands.h"
+#include "tools/files/archivable.h"
 #include "tools/files/atomic_file.h"
 #include "tools/files/collection.h"
 #include "tools/files/digest.h"
 #include "tools/files/memory_archive.h"
 #include "tools/files/outputs.h"
+#include "tools/output/counted.h"
 #include "tools/output/progress.h"
 
 namespace {
@@ -58,7 +60,8 @@ Verified verify_archive(const VerifyOptions& options, const std::string& name, A
                byte_text(rewritten, place));
   }
   result.digest = digest.text();
-  result.text = fmt::format("{}: {} entries, {} bytes, {}", name, file.number(), size,
+  result.text = fmt::format("{}: {}, {} bytes, {}", name,
+                            counted(static_cast<std::size_t>(file.number()), "entry", "entries"), size,
                             result.problems == 0 ? "rewritten byte for byte"
                                                  : fmt::format("{} differ when rewritten", result.problems));
   return result;
@@ -83,16 +86,24 @@ Verified verify_store(const VerifyOptions& options, AtomicFile* copy, Terminal& 
   result.problems = report.problems.size();
   if (result.problems == 0) {
     Digest digest;
+    std::string without_digest;
     for_each_entry(options.collection, {}, [&](const StoredEntry& entry) {
+      const std::string reason = why_not_archived(entry);
+      if (!reason.empty() && without_digest.empty())
+        without_digest = entry_name(0, identifier_of(entry)) + ": " + reason;
+      if (!without_digest.empty()) return;
       const std::string bytes = archived([&](Archive& archive) { entry.write(archive); });
       digest.add(bytes);
       if (copy != nullptr) copy->write(bytes);
     });
-    result.digest = digest.text();
+    if (without_digest.empty()) result.digest = digest.text();
+    if (!without_digest.empty())
+      fmt::print(terminal.messages, "{}: no digest, which is that of an archive: {}\n", store->place(),
+                 without_digest);
   }
   result.text = fmt::format(
-      "{}: {} entries, {} components, {} bytes, {}", store->place(), report.entries, report.components,
-      report.bytes,
+      "{}: {}, {} components, {} bytes, {}", store->place(), counted(report.entries, "entry", "entries"),
+      report.components, report.bytes,
       result.problems == 0 ? "all as they were put" : fmt::format("{} problems", result.problems));
   return result;
 }
@@ -118,7 +129,10 @@ ExitCode verify_command(const VerifyOptions& options, Terminal& terminal) {
   const ExitCode code = found.problems == 0 ? ExitCode::done : ExitCode::damaged;
   if (copy != nullptr && !found.digest.empty()) copy->commit();
   fmt::print(out, "{}\n", found.text);
-  if (found.digest.empty()) return code;
+  if (found.digest.empty()) {
+    const bool was_asked = !options.digest.empty() || copy != nullptr;
+    return code == ExitCode::done && was_asked ? ExitCode::problems : code;
+  }
   fmt::print(out, "SHA-256 {}\n", found.digest);
   if (options.digest.empty()) return code;
   if (expected.empty()) {

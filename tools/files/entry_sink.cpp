@@ -7,12 +7,14 @@
 #include <cerrno>
 #include <unordered_map>
 
+#include "tools/files/archivable.h"
 #include "tools/files/atomic_file.h"
 #include "tools/files/collection.h"
 #include "tools/files/entry_file.h"
 #include "tools/files/memory_archive.h"
 #include "tools/messages/nearest_name.h"
 #include "tools/messages/tool_error.h"
+#include "tools/output/counted.h"
 
 namespace {
 
@@ -42,6 +44,8 @@ class ArchiveSink : public EntrySink {
   };
 
   PutResult put_one(const StoredEntry& entry) {
+    if (const std::string reason = why_not_archived(entry); !reason.empty())
+      throw ToolError(ExitCode::problems, entry_name(0, identifier_of(entry)) + ": " + reason);
     const std::string_view bytes = memory_.bytes_of(entry);
     if (duplicates_ == Duplicates::both) {
       append(bytes);
@@ -142,7 +146,9 @@ class StoreSink : public EntrySink {
     with_store_errors([&] { store_->set_imported(files); });
   }
 
-  std::string commit() override { return fmt::format("{} entries in {}", store_->count(), place_); }
+  std::string commit() override {
+    return fmt::format("{} in {}", counted(store_->count(), "entry", "entries"), place_);
+  }
 
  private:
   // All or none were put: so that those are known which are refused.

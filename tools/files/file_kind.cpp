@@ -11,6 +11,9 @@
 #include <cstdio>
 #include <memory>
 #include <string_view>
+#include <vector>
+
+#include "tools/commands/list_columns.h"
 
 namespace {
 
@@ -61,22 +64,48 @@ bool looks_like_json(std::string_view text) {
          (text[0] == '{' ? inner[0] == '"' || inner[0] == '}' : inner[0] == '{' || inner[0] == ']');
 }
 
-// The heading that this program writes: names of columns.
-bool looks_like_csv(std::string_view text) {
-  const std::string_view line = first_line(text);
-  return !line.empty() && line.size() < text.size() &&
-         std::islower(static_cast<unsigned char>(line[0])) != 0 &&
-         std::all_of(line.begin(), line.end(), [](unsigned char c) {
-           return std::islower(c) != 0 || std::isdigit(c) != 0 || c == '_' || c == ',';
-         });
+// The first of the words that commas separate, which is taken off.
+std::string_view take_name(std::string_view& line) {
+  const std::size_t comma = line.find(',');
+  const std::string_view name = line.substr(0, comma);
+  line.remove_prefix(comma == line.npos ? line.size() : comma + 1);
+  return name;
 }
 
-// The number of atoms alone on the first line, then the line of comment.
+// The heading that this program writes: names of columns.
+bool looks_like_csv(std::string_view text) {
+  static const std::vector<std::string> columns = list_columns();
+  std::string_view line = first_line(text);
+  if (line.empty() || line.size() == text.size()) return false;
+  while (!line.empty()) {
+    if (std::find(columns.begin(), columns.end(), take_name(line)) == columns.end()) return false;
+  }
+  return true;
+}
+
+// "O 0.0 -1.5 2": a word and three numbers.
+bool is_atom_of_xyz(std::string_view line) {
+  for (int word = 0; word < 4; ++word) {
+    line = without_leading_space(line);
+    const std::string_view text = line.substr(0, line.find_first_of(" \t"));
+    const bool is_number = text.find_first_not_of("0123456789+-.eE") == text.npos;
+    if (text.empty() || (word > 0 && !is_number)) return false;
+    line.remove_prefix(text.size());
+  }
+  return true;
+}
+
+// The number of atoms alone on the first line, then the line of comment, then atoms.
 bool looks_like_xyz(std::string_view text) {
   const std::string_view line = without_leading_space(first_line(text));
-  return !line.empty() && line.size() < text.size() &&
-         std::all_of(line.begin(), line.end(),
-                     [](unsigned char c) { return std::isdigit(c) != 0 || c == ' '; });
+  const bool is_number = !line.empty() && std::all_of(line.begin(), line.end(), [](unsigned char c) {
+    return std::isdigit(c) != 0 || c == ' ';
+  });
+  const std::size_t comment = text.find('\n');
+  if (!is_number || comment == text.npos) return false;
+  if (line.find_first_not_of("0 ") == line.npos) return true;
+  const std::size_t atom = text.find('\n', comment + 1);
+  return atom != text.npos && is_atom_of_xyz(first_line(text.substr(atom + 1)));
 }
 
 bool looks_like_digest(std::string_view text) {

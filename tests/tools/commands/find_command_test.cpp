@@ -142,7 +142,7 @@ TEST_F(Collections, AreCheckedWithOneWhereSomethingWasFound) {
   const Outcome result = run({"check", archive, "early"});
   EXPECT_EQ(result.code, 1);
   EXPECT_THAT(result.out, HasSubstr("early\t62\t"));
-  EXPECT_THAT(result.messages, EndsWith(" findings in 1 entries\n"));
+  EXPECT_THAT(result.messages, EndsWith("dbentry: 1 finding in 1 entry\n"));
   EXPECT_EQ(run({"check", store, "salt"}).code, 0);
 }
 

@@ -89,7 +89,7 @@ TEST(Import, ReadsStandardInputAndWritesStandardOutput) {
   const Outcome result =
       Program({"import", "-", "-o", "-"}).input_from(folder.with("a.cif", structure("a"))).run();
   EXPECT_EQ(result.code, 0);
-  EXPECT_THAT(result.messages, HasSubstr("1 entries from 1 files"));
+  EXPECT_THAT(result.messages, HasSubstr("1 entry from 1 file"));
   EXPECT_EQ(identifiers(folder.with("x.dbe", result.out)), "a\n");
 }
 
@@ -114,7 +114,7 @@ TEST(Import, EndsWithOneWhereAFileGivesNoEntry) {
   const std::string comments = folder.with("b.cif", "# nothing\n");
   const Outcome result = run({"import", good, comments, "-o", folder.file("x.dbe")});
   EXPECT_EQ(result.code, 1);
-  EXPECT_THAT(result.out, StartsWith("1 entries from 1 files, 1 files not imported"));
+  EXPECT_THAT(result.out, StartsWith("1 entry from 1 file, 1 file not imported"));
   EXPECT_EQ(identifiers(folder.file("x.dbe")), "a\n");
 }
 
@@ -139,8 +139,8 @@ TEST_F(ImportIntoStore, TakesTheSameFileOnce) {
   EXPECT_EQ(import().code, 0);
   const Outcome again = import();
   EXPECT_EQ(again.code, 0);
-  EXPECT_THAT(again.out, HasSubstr("0 entries from 1 files, 0 files not imported"));
-  EXPECT_THAT(again.out, HasSubstr("1 files as they were before; 2 entries in "));
+  EXPECT_THAT(again.out, HasSubstr("0 entries from 1 file, 0 files not imported"));
+  EXPECT_THAT(again.out, HasSubstr("1 file as before; 2 entries in "));
 }
 
 TEST_F(ImportIntoStore, RefusesAnotherEntryOfAnIdentifierUnlessItIsToBeReplaced) {

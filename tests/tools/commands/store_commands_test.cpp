@@ -70,7 +70,47 @@ TEST_F(Store, AnswersAsTheArchiveDoes) {
     EXPECT_EQ(of_store.code, 0) << of_store.messages;
     EXPECT_EQ(of_store.out, ask(two).out);
   }
-  EXPECT_EQ(run({"diff", two, store}).out, "");
+}
+
+TEST_F(Store, IsComparedWithAnArchiveAndWithAnotherStore) {
+  for (const auto& [first, second] :
+       {std::pair(two, store), std::pair(store, two), std::pair(store, store)}) {
+    const Outcome same = run({"diff", first, second});
+    EXPECT_EQ(same.code, 0) << same.messages;
+    EXPECT_EQ(same.out, "");
+  }
+}
+
+TEST_F(Store, TakesAnEntryWithoutACellThatNoArchiveTakes) {
+  const std::string json = folder.with("x.json", R"({"identifier":"x","cell":null})");
+  const std::string other = folder.file("x.dbe");
+  const Outcome refused = run({"import", json, "-o", other});
+  EXPECT_EQ(refused.code, 1);
+  EXPECT_THAT(refused.messages,
+              HasSubstr("error: data_x: its cell is null, and an archive has all ten components\n"));
+  EXPECT_EQ(run({"import", json, "--into", store}).code, 0);
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"extract", store, "x", "-o", other},
+        std::vector<std::string>{"export", store, "--to", "archive", "-o", other},
+        std::vector<std::string>{"verify", store, "-o", other}}) {
+    const Outcome result = run(arguments);
+    EXPECT_EQ(result.code, 1) << arguments[0];
+    EXPECT_THAT(result.messages, HasSubstr("entry x: its cell is null")) << arguments[0];
+  }
+  EXPECT_EQ(run({"verify", store}).code, 0);
+}
+
+TEST_F(Store, DiffersFromAnArchiveInFieldsAndEntries) {
+  const std::string other = folder.file("changed.dbe");
+  EXPECT_EQ(run({"extract", store, "ABCDEF01", "-o", other}).code, 0);
+  EXPECT_EQ(run({"set", other, "ABCDEF01", "year=1980"}).code, 0);
+  const Outcome other_way = run({"diff", other, store});
+  EXPECT_EQ(other_way.out,
+            "ABCDEF01\tdiffers\tpublication.year\t1980\t1979\nABCDEF02\tonly in the second\t\t\t\n");
+  const Outcome result = run({"diff", store, other});
+  EXPECT_EQ(result.code, 1) << result.messages;
+  EXPECT_EQ(result.out,
+            "ABCDEF01\tdiffers\tpublication.year\t1979\t1980\nABCDEF02\tonly in the first\t\t\t\n");
 }
 
 TEST_F(Store, NamesTheNearestIdentifier) {

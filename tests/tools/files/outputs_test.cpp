@@ -129,20 +129,24 @@ TEST_P(KindOfFile, IsToldByItsContent) {
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, KindOfFile,
-    testing::Values(KindCase{"", FileKind::empty}, KindCase{contents_of_file(archive), FileKind::archive},
-                    KindCase{contents_of_file(archive).substr(0, 300), FileKind::unknown},
-                    KindCase{cif, FileKind::cif}, KindCase{"# notes\r\n\r\nDATA_x\r\n", FileKind::cif},
-                    KindCase{"#\\#CIF_2.0\n# nothing else\n", FileKind::cif},
-                    KindCase{"# notes\nx = 1\n", FileKind::unknown},
-                    KindCase{std::string("SQLite format 3\0", 16) + "...", FileKind::store},
-                    KindCase{"{\"status\":\"imported\"}\n", FileKind::json},
-                    KindCase{"[\n]\n", FileKind::json}, KindCase{"{x}", FileKind::unknown},
-                    KindCase{"identifier,formula\nA,\"B\"\n", FileKind::csv},
-                    KindCase{"Dear reader,\n", FileKind::unknown},
-                    KindCase{"2\nwater\nO 0 0 0\nH 0 0 1\n", FileKind::xyz},
-                    KindCase{"<?xml version=\"1.0\"?>\n<svg/>\n", FileKind::svg},
-                    KindCase{"<?xml version=\"1.0\"?>\n<html/>\n", FileKind::unknown},
-                    KindCase{std::string(64, 'a') + "  x.dbe\n", FileKind::digest},
-                    KindCase{"\x1F\x8B\x08", FileKind::compressed}, KindCase{"%PDF-1.5", FileKind::pdf}));
+    testing::Values(
+        KindCase{"", FileKind::empty}, KindCase{contents_of_file(archive), FileKind::archive},
+        KindCase{contents_of_file(archive).substr(0, 300), FileKind::unknown}, KindCase{cif, FileKind::cif},
+        KindCase{"# notes\r\n\r\nDATA_x\r\n", FileKind::cif},
+        KindCase{"#\\#CIF_2.0\n# nothing else\n", FileKind::cif},
+        KindCase{"# notes\nx = 1\n", FileKind::unknown},
+        KindCase{std::string("SQLite format 3\0", 16) + "...", FileKind::store},
+        KindCase{"{\"status\":\"imported\"}\n", FileKind::json}, KindCase{"[\n]\n", FileKind::json},
+        KindCase{"{x}", FileKind::unknown}, KindCase{"identifier,formula\nA,\"B\"\n", FileKind::csv},
+        KindCase{"Dear reader,\n", FileKind::unknown},
+        KindCase{"2\nwater\nO 0 0 0\nH 0 0 1\n", FileKind::xyz}, KindCase{"0\nnothing\n", FileKind::xyz},
+        // Lists and notes of people, which no command may replace.
+        KindCase{"hello\n", FileKind::unknown}, KindCase{"identifier,price\nA,2\n", FileKind::unknown},
+        KindCase{"42\nis the answer\n", FileKind::unknown},
+        KindCase{"1979\nto do\nbuy four things\n", FileKind::unknown},
+        KindCase{"<?xml version=\"1.0\"?>\n<svg/>\n", FileKind::svg},
+        KindCase{"<?xml version=\"1.0\"?>\n<html/>\n", FileKind::unknown},
+        KindCase{std::string(64, 'a') + "  x.dbe\n", FileKind::digest},
+        KindCase{"\x1F\x8B\x08", FileKind::compressed}, KindCase{"%PDF-1.5", FileKind::pdf}));
 
 }  // namespace
