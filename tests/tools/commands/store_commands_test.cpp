@@ -58,6 +58,10 @@ TEST_F(Store, AnswersAsTheArchiveDoes) {
       {{"related"}, {"X1234567", "--reverse", "--depth", "2"}},
       {{"depositions"}, {"--number", "654321"}},
       {{"stats"}, {"--by", "journal"}},
+      {{"stats"}, {"--by", "element"}},
+      {{"stats"}, {"--by", "year"}},
+      {{"stats"}, {"--by", "space-group"}},
+      {{"stats"}, {"--by", "author"}},
   };
   for (const SameAnswer& question : questions) {
     const auto ask = [&](const std::string& collection) {
