@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 #include <stores/entry_query.h>
 
-#include <chrono>
 #include <string>
 #include <vector>
 
@@ -72,22 +71,10 @@ TEST(EntryQuery, AsksADatabaseForNoLessThanACellFinds) {
   EXPECT_EQ(sql.parameters.size(), 8U);
 }
 
-TEST(EntryQuery, IsReadInTimeThatIsLinearInItsLength) {
-  const auto seconds = [](const std::string& filter) {
-    const auto begin = std::chrono::steady_clock::now();
-    for (int times = 0; times < 3; ++times) static_cast<void>(EntryQuery::from_filter(filter));
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-  };
-  // A long text, long white space, and many conditions: ten times the length, well under a hundred times the
-  // time.
-  const auto with_text = [](std::size_t length) {
-    return "id=\"" + std::string(length, '(') + "\"" + std::string(length, ' ');
-  };
-  const auto with_conditions = [](int count) {
-    std::string filter = "id=\"x\"";
-    for (int more = 1; more < count; ++more) filter += " OR NOT (id=\"x\")";
-    return filter;
-  };
-  EXPECT_LT(seconds(with_text(500'000)), 40 * seconds(with_text(50'000)) + 0.01);
-  EXPECT_LT(seconds(with_conditions(1900)), 40 * seconds(with_conditions(190)) + 0.01);
+// In a time that grew with the square of the length these would take hours.
+TEST(EntryQuery, OfTwoMillionBytesIsRead) {
+  constexpr std::size_t length = 2'000'000;
+  const std::string text(length, '(');
+  EXPECT_EQ(EntryQuery::from_filter("id=\"" + text + "\"" + std::string(length, ' ')),
+            EntryQuery::from_filter("id=\"" + text + "\""));
 }
