@@ -1,5 +1,5 @@
-# What this machine's libraries show of their streams and strings, and its processor offers. Sets DATABASE_ENTRY_ARCHIVING_DEFINITIONS.
-# Whatever is not there has another way, which DATABASE_ENTRY_PORTABLE_STREAMS takes everywhere.
+# What this machine's libraries show of their streams and strings, and what its processor offers.
+# Sets DATABASE_ENTRY_ARCHIVING_DEFINITIONS. Whatever is not there has another way, which DATABASE_ENTRY_PORTABLE_STREAMS takes everywhere.
 include(CheckCXXSourceCompiles)
 check_cxx_source_compiles("#include <cstdio>
 int main() { char byte; return static_cast<int>(fread_unlocked(&byte, 1, 1, stdin) + fwrite_unlocked(&byte, 1, 1, stdout)); }"

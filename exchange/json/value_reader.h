@@ -69,26 +69,24 @@ class ValueReader {
   template <class E>
   requires std::is_enum_v<E>
   void read(const Json& json, E& value) {
+    const bool by_text = has_texts<E> && json.is_string();
+    int number = 0;
+    if (!by_text) read(json, number);
     if constexpr (has_texts<E>) {
-      const std::vector<std::pair<E, std::string>> members = members_of<E>();
-      for (const auto& [known, text] : members) {
-        if (!json.is_string() || text != json.get_ref<const std::string&>()) continue;
+      const auto texts = enum_texts<E>();
+      for (const auto& [known, text] : *texts) {
+        const bool is_meant =
+            by_text ? text == json.get_ref<const std::string&>() : known == static_cast<E>(number);
+        if (!is_meant || !may_be_stored(known)) continue;
         value = known;
         return;
       }
-      if (json.is_string()) fail_as_no_member("'" + json.get<std::string>() + "'", members);
-      int number = 0;
-      read(json, number);
-      const auto has_number = [&](const auto& member) { return member.first == static_cast<E>(number); };
-      if (!may_hold_any_number<E> && std::none_of(members.begin(), members.end(), has_number))
-        fail_as_no_member(std::to_string(number), members);
-      value = static_cast<E>(number);
+      if (by_text) fail_as_no_member("'" + json.get<std::string>() + "'", members_of<E>());
+      if (!may_hold_any_number<E>) fail_as_no_member(std::to_string(number), members_of<E>());
     } else {
       static_assert(may_hold_any_number<E>);
-      int number = 0;
-      read(json, number);
-      value = static_cast<E>(number);
     }
+    value = static_cast<E>(number);
   }
 
   template <class Target>
@@ -266,13 +264,19 @@ class ValueReader {
 
   void note_unknown_names(const Json& object, const std::vector<std::string_view>& known);
 
+  // A cross-reference whose type is not known is no value of an archive.
+  template <class E>
+  static bool may_be_stored(E value) {
+    if constexpr (std::is_same_v<E, DatabaseCrossReference::CrossReferenceType>) return value != E::unknown;
+    return true;
+  }
+
   // The values that a field may have, with their texts, in the order of the values.
   template <class E>
   static std::vector<std::pair<E, std::string>> members_of() {
     const auto texts = enum_texts<E>();
     std::vector<std::pair<E, std::string>> members(texts->begin(), texts->end());
-    if constexpr (std::is_same_v<E, DatabaseCrossReference::CrossReferenceType>)
-      std::erase_if(members, [](const auto& member) { return member.first == E::unknown; });
+    std::erase_if(members, [](const auto& member) { return !may_be_stored(member.first); });
     std::sort(members.begin(), members.end());
     return members;
   }
