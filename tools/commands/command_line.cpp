@@ -13,11 +13,11 @@
 #include <vector>
 
 #include "tools/commands/commands.h"
-#include "tools/commands/list_columns.h"
 #include "tools/commands/pages.h"
 #include "tools/files/collection.h"
 #include "tools/files/collection_place.h"
 #include "tools/messages/nearest_name.h"
+#include "tools/output/list_columns.h"
 #include "tools/output/standard_output.h"
 
 namespace {

@@ -12,12 +12,12 @@
 #include <sstream>
 
 #include "tools/commands/commands.h"
-#include "tools/commands/list_columns.h"
 #include "tools/files/atomic_file.h"
 #include "tools/files/collection.h"
 #include "tools/files/entry_sink.h"
 #include "tools/files/outputs.h"
 #include "tools/messages/nearest_name.h"
+#include "tools/output/list_columns.h"
 #include "tools/output/progress.h"
 #include "tools/output/table_output.h"
 

@@ -10,8 +10,8 @@
 #include <sstream>
 
 #include "tools/commands/commands.h"
-#include "tools/commands/list_columns.h"
 #include "tools/files/collection.h"
+#include "tools/output/list_columns.h"
 
 namespace {
 

@@ -7,9 +7,9 @@
 #include <utility>
 
 #include "tools/commands/commands.h"
-#include "tools/commands/list_columns.h"
 #include "tools/files/collection.h"
 #include "tools/messages/nearest_name.h"
+#include "tools/output/list_columns.h"
 #include "tools/output/pretty_entry.h"
 #include "tools/output/table_output.h"
 

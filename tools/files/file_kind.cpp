@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/commands/list_columns.h"
+#include "tools/output/list_columns.h"
 
 namespace {
 

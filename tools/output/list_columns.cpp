@@ -1,4 +1,4 @@
-#include "tools/commands/list_columns.h"
+#include "tools/output/list_columns.h"
 
 #include <algorithm>
 #include <array>
