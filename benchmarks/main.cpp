@@ -13,7 +13,6 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -123,11 +122,7 @@ void run(std::vector<std::string> arguments) {
 
   suite.run();
   suite.print(std::cout);
-  if (!options.json.empty()) {
-    std::ofstream file(options.json);
-    suite.print_json(file);
-    if (!file.flush()) throw std::runtime_error(options.json + " cannot be written");
-  }
+  suite.write_json(options.json);
   if (!temporary.empty()) std::filesystem::remove(temporary);
 }
 

@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
 #include <iomanip>
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <sstream>
+#include <stdexcept>
 #include <utility>
 
 namespace {
@@ -227,7 +229,8 @@ void Suite::print(std::ostream& os) const {
   for (const std::string& note : notes_) os << note << '\n';
 }
 
-void Suite::print_json(std::ostream& os) const {
+void Suite::write_json(const std::string& path) const {
+  if (path.empty()) return;
   nlohmann::ordered_json document = nlohmann::ordered_json::array();
   for (const Case& each : cases_) {
     const Subject* measured = subject_of(each, each.compared_with);
@@ -250,5 +253,7 @@ void Suite::print_json(std::ostream& os) const {
           {{"case", each.name}, {"compared_with", each.compared_with}, {"subjects", subjects}});
     }
   }
-  os << nlohmann::ordered_json({{"cases", document}, {"notes", notes_}}).dump(2) << '\n';
+  std::ofstream file(path);
+  file << nlohmann::ordered_json({{"cases", document}, {"notes", notes_}}).dump(2) << '\n';
+  if (!file.flush()) throw std::runtime_error(path + " cannot be written");
 }

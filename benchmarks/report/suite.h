@@ -56,7 +56,9 @@ class Suite {
   void run();
 
   void print(std::ostream& os) const;
-  void print_json(std::ostream& os) const;
+  // The same figures, to a file; nothing without a path. Throws std::runtime_error where it cannot be
+  // written.
+  void write_json(const std::string& path) const;
 
  private:
   struct Subject {

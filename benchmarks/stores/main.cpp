@@ -12,7 +12,6 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <map>
 
@@ -94,11 +93,7 @@ void run(std::vector<std::string> arguments) {
     suite.run();
   }
   suite.print(std::cout);
-  if (!options["json"].empty()) {
-    std::ofstream file(options["json"]);
-    suite.print_json(file);
-    if (!file.flush()) throw std::runtime_error(options["json"] + " cannot be written");
-  }
+  suite.write_json(options["json"]);
   fs::remove_all(options["keep"].empty() ? folder : work);
 }
 
