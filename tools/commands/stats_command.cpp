@@ -14,6 +14,7 @@
 #include "tools/files/outputs.h"
 #include "tools/messages/nearest_name.h"
 #include "tools/output/bar_chart.h"
+#include "tools/output/counted.h"
 #include "tools/output/progress.h"
 #include "tools/output/table_output.h"
 
@@ -127,7 +128,8 @@ ExitCode stats_command(const StatsOptions& options, Terminal& terminal) {
   for (const auto& [value, count] : rows) table.add({value, count});
   if (options.svg != "-") table.finish();
   if (counts.unknown > 0)
-    fmt::print(terminal.messages, "dbentry: of {} entries it is not known\n", counts.unknown);
+    fmt::print(terminal.messages, "dbentry: of {} it is not known\n",
+               counted(counts.unknown, "entry", "entries"));
   if (options.svg.empty()) return ExitCode::done;
   AtomicFile svg(options.svg);
   svg.write(bar_chart(fmt::format("{} entries by {}", counts.entries, options.by), rows));

@@ -72,7 +72,17 @@ TEST_F(Store, AnswersAsTheArchiveDoes) {
     };
     const Outcome of_store = ask(store);
     EXPECT_EQ(of_store.code, 0) << of_store.messages;
-    EXPECT_EQ(of_store.out, ask(two).out);
+    const Outcome of_archive = ask(two);
+    EXPECT_EQ(of_store.out, of_archive.out);
+    EXPECT_EQ(of_store.messages, of_archive.messages);
+  }
+}
+
+TEST_F(Store, SaysOfHowManyEntriesItKnowsNothing) {
+  const std::string json = folder.with("x.json", R"({"identifier":"x"})");
+  EXPECT_EQ(run({"import", json, "--into", store}).code, 0);
+  for (const char* const by : {"element", "year", "space-group", "author"}) {
+    EXPECT_EQ(run({"stats", store, "--by", by}).messages, "dbentry: of 1 entry it is not known\n") << by;
   }
 }
 
