@@ -2,6 +2,7 @@
 
 import glob
 import os
+import threading
 
 import pytest
 from hypothesis import settings
@@ -84,3 +85,25 @@ def dbentry():
     if not program:
         pytest.skip("DBENTRY names no program")
     return program
+
+
+@pytest.fixture
+def in_threads():
+    """Runs a function in four threads at once; what one of them throws fails the test."""
+    def run(work):
+        failures = []
+
+        def guarded():
+            try:
+                work()
+            except BaseException as error:
+                failures.append(error)
+
+        threads = [threading.Thread(target=guarded) for _ in range(4)]
+        for thread in threads:
+            thread.start()
+        for thread in threads:
+            thread.join()
+        assert not failures
+
+    return run

@@ -70,7 +70,7 @@ def test_one_entry_is_a_cif_file_of_its_own(entry):
 @pytest.mark.parametrize("text, reason", [
     ("{", "unnamed:1:2: "),
     ('{"identifier": 5}', "unnamed:1: identifier"),
-    ('{"identifier": "A"}\n{"identifier": "B", "crystal_info": {"z": "x"}}', "unnamed:2: crystal_info.z"),
+    ('{"identifier": "A"}\n{"identifier": "B", "crystal_info": {"z": "x"}}', "unnamed:2: entry B: crystal_info.z"),
     ("", "the file is empty"),
     (b'{"identifier": "\xff"}', "no JSON"),
 ])

@@ -8,7 +8,6 @@ import pickle
 import subprocess
 import sys
 import textwrap
-import threading
 import weakref
 
 import numpy
@@ -344,23 +343,13 @@ def test_a_million_objects_leave_no_memory(whole):
     assert used() - before < 4_000_000
 
 
-def test_threads_that_make_and_drop_objects_of_their_own():
-    failures = []
-
+def test_threads_that_make_and_drop_objects_of_their_own(in_threads):
     def work():
-        try:
-            for _ in range(2000):
-                entry = de.Entry("A", publication=de.Publication(year=1979))
-                assert pickle.loads(pickle.dumps(entry)) == entry
-        except BaseException as error:
-            failures.append(error)
+        for _ in range(2000):
+            entry = de.Entry("A", publication=de.Publication(year=1979))
+            assert pickle.loads(pickle.dumps(entry)) == entry
 
-    threads = [threading.Thread(target=work) for _ in range(4)]
-    for thread in threads:
-        thread.start()
-    for thread in threads:
-        thread.join()
-    assert not failures
+    in_threads(work)
 
 
 def test_objects_may_be_there_when_the_interpreter_ends():

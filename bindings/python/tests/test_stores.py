@@ -175,25 +175,16 @@ def test_a_source_may_close_the_store_that_its_entry_is_put_into():
         db.count()
 
 
-def test_threads_may_read_what_they_got_from_one_store(database):
+def test_threads_may_read_what_they_got_from_one_store(database, in_threads):
     wanted = database.identifiers(limit=40)
-    failures = []
 
     def work():
-        try:
-            for name in wanted:
-                entry = database.get(name)
-                assert database.count("O") > 0
-                assert entry.publication is entry.publication and entry.cell == database.deferred(name).cell
-        except BaseException as error:
-            failures.append(error)
+        for name in wanted:
+            entry = database.get(name)
+            assert database.count("O") > 0
+            assert entry.publication is entry.publication and entry.cell == database.deferred(name).cell
 
-    threads = [threading.Thread(target=work) for _ in range(4)]
-    for thread in threads:
-        thread.start()
-    for thread in threads:
-        thread.join()
-    assert not failures
+    in_threads(work)
 
 
 def test_a_closed_store_says_so(whole):
@@ -210,29 +201,20 @@ def test_a_store_that_is_not_there_is_an_error(tmp_path):
         de.connect(tmp_path / "none.db")
 
 
-def test_threads_share_a_store_and_read_archives_of_their_own(database, published, tmp_path):
+def test_threads_share_a_store_and_read_archives_of_their_own(database, published, tmp_path, in_threads):
     file = tmp_path / "published.dbe"
     with de.open(file, "w") as archive:
         archive.extend(published)
-    failures = []
     oxides = database.count("O")
 
     def work():
-        try:
-            for _ in range(5):
-                assert database.count("O") == oxides
-                assert sum(1 for _ in de.open(file)) == 506
-                for row in database.select("O", limit=20):
-                    assert row.entry.publication is row.entry.publication
-        except BaseException as error:
-            failures.append(error)
+        for _ in range(5):
+            assert database.count("O") == oxides
+            assert sum(1 for _ in de.open(file)) == 506
+            for row in database.select("O", limit=20):
+                assert row.entry.publication is row.entry.publication
 
-    threads = [threading.Thread(target=work) for _ in range(4)]
-    for thread in threads:
-        thread.start()
-    for thread in threads:
-        thread.join()
-    assert not failures
+    in_threads(work)
 
 
 def test_other_threads_run_while_an_archive_is_read(published, tmp_path):
